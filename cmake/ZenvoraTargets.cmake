@@ -1,0 +1,58 @@
+# One options target that every other target links, so that no compiler flag is global, and two helpers that
+# turn a folder into a library or a test program.
+
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    # Precompiled headers hit the cache only when their time stamps are not part of the key.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
+endif()
+
+add_library(zenvora_options INTERFACE)
+target_compile_features(zenvora_options INTERFACE cxx_std_20)
+target_compile_options(zenvora_options INTERFACE -Wall -Wextra -Wconversion -Wpedantic)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(zenvora_options INTERFACE -fpch-preprocess)
+endif()
+if(ZENVORA_WERROR)
+    target_compile_options(zenvora_options INTERFACE -Werror)
+endif()
+if(ZENVORA_SANITIZE)
+    target_compile_options(zenvora_options INTERFACE
+                           -fsanitize=${ZENVORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(zenvora_options INTERFACE -fsanitize=${ZENVORA_SANITIZE})
+endif()
+target_include_directories(zenvora_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+
+file(WRITE ${PROJECT_BINARY_DIR}/pch.cpp "")
+add_library(zenvora_pch OBJECT ${PROJECT_BINARY_DIR}/pch.cpp)
+target_link_libraries(zenvora_pch PRIVATE zenvora_options)
+target_precompile_headers(zenvora_pch PRIVATE
+    <algorithm> <array> <cmath> <cstddef> <cstdint> <filesystem> <functional> <map> <memory> <optional> <span>
+    <string> <string_view> <unordered_map> <utility> <variant> <vector>)
+
+# zenvora_library(NAME FOLDER [DEPENDENCY...]): every source in src/FOLDER (and FOLDER/detail) as one library.
+function(zenvora_library name folder)
+    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp
+         ${PROJECT_SOURCE_DIR}/src/${folder}/detail/*.cpp)
+    if(sources)
+        add_library(${name} STATIC ${sources})
+        target_link_libraries(${name} PUBLIC zenvora_options ${ARGN})
+        target_precompile_headers(${name} REUSE_FROM zenvora_pch)
+    else()
+        add_library(${name} INTERFACE)
+        target_link_libraries(${name} INTERFACE zenvora_options ${ARGN})
+    endif()
+endfunction()
+
+# zenvora_test(NAME FOLDER [DEPENDENCY...]): every *_test.cpp in tests/FOLDER as one GoogleTest program.
+function(zenvora_test name folder)
+    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${folder}/*.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE ${ARGN} zenvora_test_support GTest::gtest_main)
+    target_precompile_headers(${name} REUSE_FROM zenvora_test_support)
+    add_test(NAME ${name} COMMAND ${name})
+endfunction()

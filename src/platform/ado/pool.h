@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "platform/files/host_file.h"
+#include "platform/jet/database.h"
+
+namespace zenvora::ado {
+
+/// Keeps one jet::Database per open file, so that several connections and data controls of one program share it
+/// (its cache, its transactions, its tables). A file is closed when its last user lets go.
+class DatabasePool {
+public:
+    explicit DatabasePool(files::HostDisk& disk = files::SystemDisk());
+    ~DatabasePool();
+
+    /// The open database of a file. One that is open for reading only is opened anew when writing is asked for.
+    /// Faults: as jet::Database::Open.
+    [[nodiscard]] std::shared_ptr<jet::Database> Open(const std::filesystem::path& path, jet::Database::Access access);
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace zenvora::ado

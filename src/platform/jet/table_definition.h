@@ -10,7 +10,8 @@
 
 namespace zenvora::jet {
 
-/// Properties of a column that the engine keeps to when it writes. Read from and written to the property blob.
+/// Properties of a column that the engine keeps to when it writes. Read from and written to the property
+/// blob.
 struct ColumnProperties {
     std::optional<std::string> defaultValue;  ///< the stored expression, e.g. `0`, `"3"`, `#1/1/1900#`
     bool required = false;                    ///< Null is refused
@@ -26,12 +27,12 @@ struct ColumnDefinition {
     std::uint16_t byteLength = 0;     ///< declared length in bytes; 0 for Memo and OLE
     bool fixedLength = false;         ///< the value lies in the fixed area (true for CHAR(n) texts)
     bool autoNumber = false;
-    bool compressed = false;          ///< Text may be stored one byte a character
-    std::uint8_t precision = 0;       ///< Numeric
-    std::uint8_t scale = 0;           ///< Numeric
+    bool compressed = false;     ///< Text may be stored one byte a character
+    std::uint8_t precision = 0;  ///< Numeric
+    std::uint8_t scale = 0;      ///< Numeric
     std::uint16_t sortOrder = 0x0409;
     std::uint8_t sortVersion = 0;
-    std::uint8_t flags = 0;           ///< as in the file
+    std::uint8_t flags = 0;  ///< as in the file
     ColumnProperties properties;
 
     /// Most characters of a Text column; 0 for other types.
@@ -85,7 +86,7 @@ struct NewIndex {
     bool unique = false;
     bool ignoreNulls = false;
     bool required = false;
-    bool primaryKey = false;       ///< implies unique and required
+    bool primaryKey = false;  ///< implies unique and required
 };
 
 struct NewTable {

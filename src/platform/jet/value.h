@@ -14,20 +14,20 @@ namespace zenvora::jet {
 enum class ColumnType : std::uint8_t {
     Boolean = 0x01,
     Byte = 0x02,
-    Integer = 0x03,   ///< 16 bits, signed
-    Long = 0x04,      ///< 32 bits, signed
+    Integer = 0x03,  ///< 16 bits, signed
+    Long = 0x04,     ///< 32 bits, signed
     Currency = 0x05,
     Single = 0x06,
     Double = 0x07,
     DateTime = 0x08,
     Binary = 0x09,
-    Text = 0x0A,      ///< up to 255 characters
+    Text = 0x0A,  ///< up to 255 characters
     Ole = 0x0B,
     Memo = 0x0C,
     Guid = 0x0F,
     Numeric = 0x10,
     BigBinary = 0x11,
-    Complex = 0x12,   ///< Access 2007 and later; never written
+    Complex = 0x12,  ///< Access 2007 and later; never written
 };
 
 struct Null {
@@ -57,12 +57,15 @@ struct Numeric {
 using Bytes = std::vector<std::byte>;
 
 /// Byte, Integer and Long are std::int32_t; Text and Memo are UTF-8 std::string; Binary and OLE are Bytes.
-using Value = std::variant<Null, bool, std::int32_t, Currency, float, double, DateTime, std::string, Bytes, Guid, Numeric>;
+using Value = std::variant<Null, bool, std::int32_t, Currency, float, double, DateTime, std::string, Bytes,
+                           Guid, Numeric>;
 
-[[nodiscard]] inline bool IsNull(const Value& value) noexcept { return std::holds_alternative<Null>(value); }
+[[nodiscard]] inline bool IsNull(const Value& value) noexcept {
+    return std::holds_alternative<Null>(value);
+}
 
-/// The value in plain text: numbers without grouping, a date as "M/D/YYYY" with its time if it has one, Boolean as
-/// "True" or "False", binary as hexadecimal digits, Null as the empty text.
+/// The value in plain text: numbers without grouping, a date as "M/D/YYYY" with its time if it has one,
+/// Boolean as "True" or "False", binary as hexadecimal digits, Null as the empty text.
 [[nodiscard]] std::string ValueText(const Value& value);
 
 }  // namespace zenvora::jet

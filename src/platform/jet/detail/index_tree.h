@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/jet/detail/usage_map.h"
+
+namespace zenvora::jet::detail {
+
+/// The B-tree of one index. An entry is the key bytes followed by the row identity (key_codec.h); entries are
+/// unique and ordered by their bytes. The root keeps its page for life.
+class IndexTree {
+  public:
+    IndexTree(Pager& pager, PageAllocator& allocator, PageNumber definition, PageNumber root, UsageMap owned)
+        : pager_(&pager), allocator_(&allocator), definition_(definition), root_(root), owned_(owned) {}
+
+    /// The first entry that is not below `wanted` (a key, or a key and row identity).
+    [[nodiscard]] std::optional<std::string> LowerBound(std::string_view wanted) const;
+    /// Calls `visit` with every entry in order until it returns false.
+    void Scan(const std::function<bool(std::string_view)>& visit) const;
+
+    /// Adds an entry. Returns true when no entry with the same key stood beside it (a distinct key was
+    /// added).
+    bool Insert(std::string_view entry);
+    /// Removes an entry; false when it was not there.
+    bool Remove(std::string_view entry);
+
+    /// Makes `page` an empty leaf of the table.
+    static void FormatLeaf(Pager& pager, PageNumber page, PageNumber definition);
+
+  private:
+    struct Node {
+        bool leaf = true;
+        PageNumber previous = 0, next = 0, tail = 0;
+        std::uint8_t level = 0;
+        std::vector<std::string>
+            entries;  ///< whole, without prefix compression; in a node with the child behind
+    };
+    /// One step down the tree: a node and which of its children was taken (entries.size() for the tail).
+    struct Step {
+        PageNumber page = 0;
+        std::size_t child = 0;
+    };
+    /// The ends of the entries of a page, counted from the start of its entry area.
+    struct Ends {
+        std::uint16_t at[905];
+        std::size_t count = 0;
+        std::size_t prefix = 0;
+    };
+
+    void ReadEnds(PageNumber page, Ends& ends) const;
+    static void AppendEntry(const std::byte* page, const Ends& ends, std::size_t index, std::string& out);
+    [[nodiscard]] static int CompareEntry(const std::byte* page, const Ends& ends, std::size_t index,
+                                          std::size_t cut, std::string_view wanted);
+    /// Index of the first entry not below `wanted`; `cut` bytes at an entry's end are left out of the
+    /// comparison.
+    [[nodiscard]] static std::size_t Search(const std::byte* page, const Ends& ends, std::size_t cut,
+                                            std::string_view wanted);
+    [[nodiscard]] PageNumber Descend(std::string_view wanted, std::vector<Step>* path) const;
+    [[nodiscard]] PageNumber Child(PageNumber page, const Ends& ends, std::size_t index) const;
+
+    [[nodiscard]] Node ReadNode(PageNumber page) const;
+    void WriteNode(PageNumber page, const Node& node);
+    [[nodiscard]] static bool Fits(const Node& node);
+    bool InsertInPlace(PageNumber page, const Ends& ends, std::size_t index, std::string_view entry);
+    void SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& path, bool appended);
+    void ReplaceChildKey(std::vector<Step> path, std::string_view lastEntry);
+    void RemoveChild(std::vector<Step> path);
+    void CutSiblingLinks(const Node& left, const Node& right);
+    [[nodiscard]] std::string LastEntryUnder(PageNumber page) const;
+    [[nodiscard]] PageNumber NewPage();
+
+    Pager* pager_;
+    PageAllocator* allocator_;
+    PageNumber definition_;
+    PageNumber root_;
+    UsageMap owned_;
+};
+
+}  // namespace zenvora::jet::detail

@@ -1,0 +1,222 @@
+#include "platform/jet/detail/pager.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+
+namespace zenvora::jet::detail {
+
+namespace {
+constexpr std::size_t kMaxReadAhead = 64;
+constexpr std::size_t kWriteRun = 256;
+}  // namespace
+
+Pager::Pager(std::unique_ptr<files::HostFile> file, std::filesystem::path path, std::size_t pageSize,
+             bool readOnly)
+    : file_(std::move(file)), path_(std::move(path)), pageSize_(pageSize), readOnly_(readOnly) {
+    // A last page that is cut off is left out; whether that is acceptable the opener decides.
+    storedCount_ = pageCount_ = static_cast<PageNumber>(file_->Size() / pageSize_);
+    frames_.resize(pageCount_);
+}
+
+Fault Pager::Damaged(PageNumber page, const std::string& what) const {
+    Place place;
+    place.file = path_.string();
+    place.page = page;
+    return {fault::kDamaged,
+            "page " + std::to_string(page) + ": " + what +
+                ". Nothing was changed. Work on a backup copy, or repair the file with Access first",
+            place};
+}
+
+Pager::Frame& Pager::NewFrame(PageNumber page) {
+    Frame* frame = nullptr;
+    if (unused_.empty()) {
+        frame = &pool_.emplace_back();
+        frame->bytes = std::make_unique<std::byte[]>(pageSize_);
+    } else {
+        frame = unused_.back();
+        unused_.pop_back();
+    }
+    frame->page = page;
+    frame->dirty = false;
+    frame->used = true;
+    frame->statement = 0;
+    if (frames_.size() <= page) frames_.resize(std::max<std::size_t>(page + 1, frames_.size() * 2));
+    frames_[page] = frame;
+    ++cached_;
+    return *frame;
+}
+
+void Pager::Drop(PageNumber page) {
+    Frame*& frame = frames_[page];
+    if (frame == nullptr) return;
+    unused_.push_back(frame);
+    frame = nullptr;
+    --cached_;
+}
+
+Pager::Frame* Pager::Load(PageNumber page) {
+    if (page >= pageCount_) throw Damaged(page, "something in the file points behind its end");
+    if (Frame* frame = frames_[page]) {
+        frame->used = true;
+        return frame;
+    }
+    // Scans walk the file forward: read in growing strides while they do.
+    readAhead_ = page == nextExpected_ ? std::min(readAhead_ * 2, kMaxReadAhead) : 1;
+    std::size_t count = 1;
+    while (count < readAhead_ && page + count < storedCount_ && frames_[page + count] == nullptr)
+        ++count;
+    nextExpected_ = static_cast<PageNumber>(page + count);
+    if (count == 1) {
+        Frame& frame = NewFrame(page);
+        try {
+            file_->ReadAt(static_cast<std::uint64_t>(page) * pageSize_, {frame.bytes.get(), pageSize_});
+        } catch (...) {
+            Drop(page);
+            throw;
+        }
+        return &frame;
+    }
+    transfer_.resize(std::max(transfer_.size(), count * pageSize_));
+    file_->ReadAt(static_cast<std::uint64_t>(page) * pageSize_, {transfer_.data(), count * pageSize_});
+    for (std::size_t i = 0; i < count; ++i) {
+        Frame& frame = NewFrame(static_cast<PageNumber>(page + i));
+        std::memcpy(frame.bytes.get(), transfer_.data() + i * pageSize_, pageSize_);
+    }
+    return frames_[page];
+}
+
+const std::byte* Pager::Read(PageNumber page) {
+    return Load(page)->bytes.get();
+}
+
+std::byte* Pager::Write(PageNumber page) {
+    if (readOnly_) {
+        throw Fault{fault::kReadOnly, "the Databook is open for reading only: nothing was changed",
+                    Place{path_.string()}};
+    }
+    Frame* frame = Load(page);
+    if (inStatement_ && frame->statement != statement_) {
+        frame->statement = statement_;
+        if (savedCount_ == saved_.size()) saved_.emplace_back();
+        Saved& saved = saved_[savedCount_++];
+        saved.page = page;
+        saved.wasDirty = frame->dirty;
+        if (frame->dirty) {
+            if (!saved.image) saved.image = std::make_unique<std::byte[]>(pageSize_);
+            std::memcpy(saved.image.get(), frame->bytes.get(), pageSize_);
+        }
+    }
+    if (!frame->dirty) {
+        frame->dirty = true;
+        dirty_.push_back(page);
+    }
+    return frame->bytes.get();
+}
+
+PageNumber Pager::Append() {
+    if ((static_cast<std::uint64_t>(pageCount_) + 1) * pageSize_ > kMaxFileBytes) {
+        throw Fault{
+            fault::kUnsupported,
+            "the Databook has reached the 2 GB that the file format allows: compact it or start a new one",
+            Place{path_.string()}};
+    }
+    const PageNumber page = pageCount_++;
+    Frame& frame = NewFrame(page);
+    std::memset(frame.bytes.get(), 0, pageSize_);
+    frame.dirty = true;
+    frame.statement = statement_;  // undone by shortening the file
+    dirty_.push_back(page);
+    return page;
+}
+
+void Pager::Begin() {
+    inTransaction_ = true;
+}
+
+void Pager::Commit() {
+    // In page order and in runs: the fewest and longest writes.
+    std::sort(dirty_.begin(), dirty_.end());
+    dirty_.erase(std::unique(dirty_.begin(), dirty_.end()), dirty_.end());
+    for (std::size_t i = 0; i < dirty_.size();) {
+        std::size_t run = 1;
+        while (i + run < dirty_.size() && run < kWriteRun && dirty_[i + run] == dirty_[i] + run)
+            ++run;
+        transfer_.resize(std::max(transfer_.size(), run * pageSize_));
+        for (std::size_t k = 0; k < run; ++k) {
+            std::memcpy(transfer_.data() + k * pageSize_, frames_[dirty_[i + k]]->bytes.get(), pageSize_);
+        }
+        file_->WriteAt(static_cast<std::uint64_t>(dirty_[i]) * pageSize_,
+                       {transfer_.data(), run * pageSize_});
+        i += run;
+    }
+    if (!dirty_.empty()) file_->Sync();
+    for (PageNumber page : dirty_)
+        frames_[page]->dirty = false;
+    dirty_.clear();
+    storedCount_ = pageCount_;
+    inTransaction_ = false;
+}
+
+void Pager::Rollback() {
+    for (PageNumber page : dirty_) {
+        if (page < frames_.size()) Drop(page);
+    }
+    dirty_.clear();
+    pageCount_ = storedCount_;
+    inTransaction_ = false;
+    inStatement_ = false;
+    savedCount_ = 0;
+}
+
+void Pager::BeginStatement() {
+    ++statement_;
+    inStatement_ = true;
+    savedCount_ = 0;
+    statementCount_ = pageCount_;
+}
+
+void Pager::EndStatement() noexcept {
+    inStatement_ = false;
+}
+
+void Pager::UndoStatement() {
+    std::vector<PageNumber> clean;
+    for (std::size_t i = 0; i < savedCount_; ++i) {
+        const Saved& saved = saved_[i];
+        if (saved.wasDirty) {
+            std::memcpy(frames_[saved.page]->bytes.get(), saved.image.get(), pageSize_);
+        } else {
+            clean.push_back(saved.page);
+        }
+    }
+    for (PageNumber page = statementCount_; page < pageCount_; ++page)
+        clean.push_back(page);
+    for (PageNumber page : clean)
+        Drop(page);
+    std::erase_if(dirty_, [&](PageNumber page) { return frames_[page] == nullptr; });
+    pageCount_ = statementCount_;
+    savedCount_ = 0;
+    inStatement_ = false;
+}
+
+void Pager::Trim() {
+    if (cached_ * pageSize_ <= cacheLimit_) return;
+    // Second chance: a page goes when it was not used since the last time round.
+    const std::size_t goal = cacheLimit_ / pageSize_ * 7 / 8;
+    for (std::size_t steps = 0; cached_ > goal && steps < 2 * frames_.size(); ++steps) {
+        if (sweep_ >= frames_.size()) sweep_ = 0;
+        Frame* frame = frames_[sweep_];
+        if (frame != nullptr && !frame->dirty) {
+            if (frame->used) {
+                frame->used = false;
+            } else {
+                Drop(static_cast<PageNumber>(sweep_));
+            }
+        }
+        ++sweep_;
+    }
+}
+
+}  // namespace zenvora::jet::detail

@@ -9,8 +9,9 @@ namespace zenvora::testing_support {
 
 namespace {
 class MemoryFile : public files::HostFile {
-public:
-    explicit MemoryFile(MemoryDisk::Bytes bytes, bool readOnly) : bytes_(std::move(bytes)), readOnly_(readOnly) {}
+  public:
+    explicit MemoryFile(MemoryDisk::Bytes bytes, bool readOnly)
+        : bytes_(std::move(bytes)), readOnly_(readOnly) {}
     void ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
         if (offset + bytes.size() > bytes_->size()) throw Fault{fault::kDeviceIo, "the file ends too early"};
         std::memcpy(bytes.data(), bytes_->data() + offset, bytes.size());
@@ -24,7 +25,7 @@ public:
     void Truncate(std::uint64_t size) override { bytes_->resize(size); }
     void Sync() override {}
 
-private:
+  private:
     MemoryDisk::Bytes bytes_;
     bool readOnly_;
 };

@@ -12,7 +12,7 @@ namespace zenvora::testing_support {
 
 /// A disk in memory, for tests that write much and for looking at the bytes.
 class MemoryDisk : public files::HostDisk {
-public:
+  public:
     using Bytes = std::shared_ptr<std::vector<std::byte>>;
 
     std::unique_ptr<files::HostFile> Open(const std::filesystem::path& path, files::OpenMode mode) override;
@@ -22,12 +22,14 @@ public:
     void SyncFolder(const std::filesystem::path&) override {}
 
     /// The bytes of a file, which must be there.
-    [[nodiscard]] std::vector<std::byte>& Content(const std::filesystem::path& path) { return *files_.at(path.string()); }
+    [[nodiscard]] std::vector<std::byte>& Content(const std::filesystem::path& path) {
+        return *files_.at(path.string());
+    }
     void Put(const std::filesystem::path& path, std::vector<std::byte> bytes);
     /// Writes a file out to the machine's disk, for other programs to read.
     void Export(const std::filesystem::path& path, const std::filesystem::path& hostPath);
 
-private:
+  private:
     std::map<std::string, Bytes> files_;
 };
 

@@ -1,0 +1,68 @@
+#include "platform/jet/detail/text_codec.h"
+
+#include <gtest/gtest.h>
+
+#include "hex.h"
+
+namespace zenvora::jet::detail {
+namespace {
+
+using jet::testing_support::BytesFromHex;
+
+std::string Decoded(std::string_view hex) {
+    std::string text;
+    DecodeText(BytesFromHex(hex), text);
+    return text;
+}
+std::vector<std::byte> Encoded(std::string_view text, bool compress) {
+    std::vector<std::byte> bytes;
+    EncodeText(text, compress, bytes);
+    return bytes;
+}
+
+TEST(StoredText, ReadsPlainAndCompressed) {
+    EXPECT_EQ(Decoded("7A 00"), "z");
+    EXPECT_EQ(Decoded("FF FE 66 6F 6F"), "foo");
+    EXPECT_EQ(Decoded("FF FE E9 74 E9"), "\xC3\xA9t\xC3\xA9");
+    EXPECT_EQ(Decoded(""), "");
+    EXPECT_EQ(Decoded("FF FE"), "");
+}
+TEST(StoredText, AZeroByteSwitchesBetweenOneAndTwoBytes) {
+    EXPECT_EQ(Decoded("FF FE 61 00 E5 65 00 62"),
+              "a\xE6\x97\xA5"
+              "b");
+}
+TEST(StoredText, AnUnpairedSurrogateIsReplaced) {
+    EXPECT_EQ(Decoded("00 D8 61 00"),
+              "\xEF\xBF\xBD"
+              "a");
+}
+TEST(StoredText, ReadsPairsOfSurrogates) {
+    EXPECT_EQ(Decoded("3D D8 00 DE"), "\xF0\x9F\x98\x80");
+}
+
+TEST(StoredText, TwoCharactersAreNotWorthCompressing) {
+    EXPECT_EQ(Encoded("ab", true), BytesFromHex("61 00 62 00"));
+    EXPECT_EQ(Encoded("abc", true), BytesFromHex("FF FE 61 62 63"));
+    EXPECT_EQ(Encoded("abc", false), BytesFromHex("61 00 62 00 63 00"));
+}
+TEST(StoredText, ACharacterBeyondLatin1KeepsATextPlain) {
+    EXPECT_EQ(Encoded("ab\xE2\x82\xAC", true), BytesFromHex("61 00 62 00 AC 20"));
+}
+TEST(StoredText, LongTextsStayPlain) {
+    EXPECT_EQ(Encoded(std::string(1024, 'x'), true).size(), 1026U);
+    EXPECT_EQ(Encoded(std::string(1025, 'x'), true).size(), 2050U);
+}
+TEST(StoredText, DropsAByteOrderMarkWhichWouldReadAsCompression) {
+    EXPECT_EQ(Encoded("\xEF\xBB\xBF"
+                      "a",
+                      false),
+              BytesFromHex("61 00"));
+}
+TEST(StoredText, CountsUtf16Units) {
+    EXPECT_EQ(Utf16Length("a\xC3\xA9"), 2U);
+    EXPECT_EQ(Utf16Length("\xF0\x9F\x98\x80"), 2U);
+}
+
+}  // namespace
+}  // namespace zenvora::jet::detail

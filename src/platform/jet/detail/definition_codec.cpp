@@ -52,6 +52,7 @@ class Reader {
 std::vector<std::byte> JoinChain(Pager& pager, PageNumber first, std::vector<PageNumber>& chain) {
     std::vector<std::byte> bytes;
     std::set<PageNumber> seen;
+    if (first == 0) throw pager.Damaged(first, "the catalog names a table that has no definition");
     for (PageNumber page = first; page != 0;) {
         if (!seen.insert(page).second || chain.size() >= kMaxDefinitionPages) {
             throw pager.Damaged(page, "the pages of a table definition run in a circle");

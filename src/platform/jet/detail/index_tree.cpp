@@ -106,6 +106,7 @@ void IndexTree::AppendEntry(const std::byte* page, const Ends& ends, std::size_t
 
 int IndexTree::CompareEntry(const std::byte* page, const Ends& ends, std::size_t index, std::size_t cut,
                             std::string_view wanted) {
+    if (wanted.empty()) return 1;
     const char* const area = Chars(page + kLayout.entriesAt);
     if (index > 0 && ends.prefix > 0) {
         const std::size_t shared = std::min(ends.prefix, wanted.size());

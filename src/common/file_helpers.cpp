@@ -2,7 +2,7 @@
 
 #include "common/error_rule.h"
 #include "common/text_helpers.h"
-#include "platform/files/whole_file.h"
+#include "platform/files/host_path.h"
 #include "platform/text/utf8.h"
 
 namespace zenvora::common {

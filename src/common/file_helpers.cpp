@@ -2,7 +2,7 @@
 
 #include "common/error_rule.h"
 #include "common/text_helpers.h"
-#include "platform/files/whole_file.h"
+#include "platform/files/host_path.h"
 #include "platform/text/utf8.h"
 
 namespace zenvora::common {
@@ -36,13 +36,18 @@ void MakeDirectory(Session& session, const files::DriveMap& drives, std::string_
     std::string directory(path);
     StripRChar(directory);
     if (text::Length(directory) == 2) directory.push_back('\\');
+    std::filesystem::path host;
+    bool absent = false;
     WithErrorRule(session, "MakeDirectory", [&] {
-        const std::filesystem::path host = drives.HostPath(directory);
-        if (files::PathExists(host)) return;
-        const controls::MessageBox message{"Creating directory " + directory + ".", "Creating Directory",
-                                           controls::Icon::None, controls::Buttons::Ok};
-        if (session.desktop.Show(message) == controls::Answer::Ok) files::MakeHostDirectory(host);
+        host = drives.HostPath(directory);
+        absent = !files::PathExists(host);
     });
+    if (!absent) return;
+    const controls::MessageBox message{"Creating directory " + directory + ".", "Creating Directory",
+                                       controls::Icon::None, controls::Buttons::Ok};
+    if (session.desktop.Show(message) != controls::Answer::Ok) return;
+    // On its own, so that a retry does not ask again.
+    WithErrorRule(session, "MakeDirectory", [&] { files::MakeHostDirectory(host); });
 }
 
 std::string ChooseFile(controls::Desktop& desktop, std::string_view title, std::string_view initDir,

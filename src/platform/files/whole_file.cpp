@@ -1,13 +1,11 @@
 #include "platform/files/whole_file.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <functional>
 #include <span>
-#include <sys/stat.h>
 #include <vector>
 
-#include "platform/files/host_fault.h"
+#include "platform/fault.h"
 #include "platform/text/number.h"
 
 namespace zenvora::files {
@@ -93,14 +91,6 @@ void ReplaceAndKeep(HostDisk& disk, const std::filesystem::path& path, Replaced 
     Replace(disk, target, fill);
 }
 
-/// False when nothing stands at the path.
-bool Look(const std::filesystem::path& path, struct stat& status) {
-    if (::stat(path.c_str(), &status) == 0) return true;
-    const int error = errno;
-    if (error == ENOENT || error == ENOTDIR) return false;
-    throw HostFault(error, "look at", path);
-}
-
 }  // namespace
 
 std::string ReadWholeFile(const std::filesystem::path& path, HostDisk& disk) {
@@ -125,25 +115,6 @@ std::filesystem::path BakPath(const std::filesystem::path& path) {
     std::filesystem::path bak = path;
     bak += ".bak";
     return bak;
-}
-
-bool FileExists(const std::filesystem::path& path) {
-    struct stat status {};
-    return Look(path, status) && !S_ISDIR(status.st_mode) && status.st_size > 0;
-}
-
-bool PathExists(const std::filesystem::path& path) {
-    struct stat status {};
-    return Look(path, status);
-}
-
-void MakeHostDirectory(const std::filesystem::path& path) {
-    if (::mkdir(path.c_str(), 0777) == 0) return;
-    Fault failure = HostFault(errno, "make the directory", path);
-    // The old platform knows one number for a directory that cannot be made where it is.
-    if (failure.number == fault::kFileExists) failure.number = fault::kPathAccess;
-    if (failure.number == fault::kFileNotFound) failure.number = fault::kPathNotFound;
-    throw failure;
 }
 
 }  // namespace zenvora::files

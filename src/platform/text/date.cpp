@@ -298,7 +298,7 @@ Date DayPart(Date date) noexcept {
 int SecondOfDay(Date date) noexcept {
     const double fraction = std::fabs(date - std::trunc(date));
     if (!(fraction > 0)) return 0;
-    const int seconds = static_cast<int>(fraction * kSecondsADay + 0.5);
+    const int seconds = static_cast<int>(std::floor(fraction * kSecondsADay + 0.5));
     return seconds < kSecondsADay ? seconds : kSecondsADay - 1;
 }
 

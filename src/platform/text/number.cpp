@@ -372,7 +372,7 @@ std::string FormatNumber(double value, std::string_view pattern) {
         return index >= 0 && index < decimal.count ? decimal.digits[static_cast<std::size_t>(index)] : '0';
     };
     std::string out;
-    out.reserve(static_cast<std::size_t>(shown + shown / 3 + form.places + 2));
+    out.reserve(static_cast<std::size_t>(shown) * 4 / 3 + static_cast<std::size_t>(form.places) + 2);
     if (decimal.negative && decimal.count > 0) out.push_back('-');
     for (int place = shown; place >= 1; --place) {
         out.push_back(digitAt(place));

@@ -1,6 +1,7 @@
 #include "platform/text/date.h"
 
 #include <gtest/gtest.h>
+#include <cmath>
 #include <limits>
 
 namespace zenvora::text {

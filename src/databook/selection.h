@@ -11,7 +11,8 @@ namespace zenvora::databook {
 
 /// The projection that the grid, the calculation pass and the printouts work on, always in this order.
 inline constexpr std::string_view kMainFieldList =
-    "CENTRALKEY, ADDRESS, ADDRESS2, CITY, ST, ZIP, SELLINGPR, PRICEFLD, SALEDATE, ORIGLISTPRICE, ORIGLISTDATE, "
+    "CENTRALKEY, ADDRESS, ADDRESS2, CITY, ST, ZIP, SELLINGPR, PRICEFLD, SALEDATE, ORIGLISTPRICE, "
+    "ORIGLISTDATE, "
     "LASTLISTPRICE, LASTLISTDATE, CONTRACTDATE, LISTCANCELDATE, SELECTED, LISTINGDOM, OTHERAREA2";
 inline constexpr std::string_view kKeyOrder = "ORDER BY CENTRALKEY";
 
@@ -19,8 +20,8 @@ inline constexpr std::string_view kKeyOrder = "ORDER BY CENTRALKEY";
 void AdoConnect(ado::Adodc& control, std::string_view directory, std::string_view file);
 /// Sets the SELECT text (empty `fields` means all) and refreshes.
 void AdoSelect(ado::Adodc& control, std::string_view table, std::string_view fields, std::string_view tail);
-void AdoConnectSelect(ado::Adodc& control, std::string_view directory, std::string_view file, std::string_view table,
-                      std::string_view fields, std::string_view tail);
+void AdoConnectSelect(ado::Adodc& control, std::string_view directory, std::string_view file,
+                      std::string_view table, std::string_view fields, std::string_view tail);
 /// The connection string of statements that stand alone (ALTER, INSERT).
 [[nodiscard]] std::string OneShotConnectionString(std::string_view path);
 

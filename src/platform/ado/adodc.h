@@ -10,10 +10,10 @@ namespace zenvora::ado {
 
 /// The data control: a connection string, a SELECT text and the Recordset that Refresh makes of them.
 ///
-/// Statement form: SELECT * | column, ... FROM table [WHERE column = literal] [ORDER BY column [DESC]]. Text compares
-/// without regard to case; text keys order in the General order of the file format, Null first.
+/// Statement form: SELECT * | column, ... FROM table [WHERE column = literal] [ORDER BY column [DESC]]. Text
+/// compares without regard to case; text keys order in the General order of the file format, Null first.
 class Adodc {
-public:
+  public:
     Adodc(DatabasePool& pool, const shell::Clock& clock, PathMapper mapper = {});
     ~Adodc();
 
@@ -34,7 +34,7 @@ public:
     /// The year that completes a date text without one, and expands nothing else.
     [[nodiscard]] const shell::Clock& Clock() const;
 
-private:
+  private:
     struct State;
     std::unique_ptr<State> state_;
 };

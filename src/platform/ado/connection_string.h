@@ -5,10 +5,11 @@
 
 namespace zenvora::ado {
 
-/// The parts of a connection string that the store looks at: "Data Source" and "Mode", found without regard to case.
+/// The parts of a connection string that the store looks at: "Data Source" and "Mode", found without regard
+/// to case.
 struct ConnectionString {
-    std::string dataSource;    ///< as it stands in the text
-    bool readWrite = true;     ///< false for "Mode=Read"
+    std::string dataSource;  ///< as it stands in the text
+    bool readWrite = true;   ///< false for "Mode=Read"
 };
 [[nodiscard]] ConnectionString ParseConnectionString(std::string_view text);
 

@@ -8,18 +8,31 @@
 
 namespace zenvora::ado {
 
-/// Keeps one jet::Database per open file, so that several connections and data controls of one program share it
-/// (its cache, its transactions, its tables). A file is closed when its last user lets go.
+namespace detail {
+class OpenFile;
+}
+
+/// Keeps one jet::Database per open file, so that several connections and data controls of one program share
+/// it (its cache, its transactions, its tables). A file is closed when its last user lets go.
 class DatabasePool {
-public:
+  public:
     explicit DatabasePool(files::HostDisk& disk = files::SystemDisk());
     ~DatabasePool();
 
-    /// The open database of a file. One that is open for reading only is opened anew when writing is asked for.
-    /// Faults: as jet::Database::Open.
-    [[nodiscard]] std::shared_ptr<jet::Database> Open(const std::filesystem::path& path, jet::Database::Access access);
+    /// The open database of a file. One that is open for reading only is opened anew when writing is asked
+    /// for. Faults: as jet::Database::Open.
+    [[nodiscard]] std::shared_ptr<jet::Database> Open(const std::filesystem::path& path,
+                                                      jet::Database::Access access);
 
-private:
+    /// To be called when another file takes the place of this one: the next Open opens the new file, while
+    /// those that use the old one keep it until they let go.
+    void Forget(const std::filesystem::path& path);
+
+    /// Open, for this folder alone.
+    [[nodiscard]] std::shared_ptr<detail::OpenFile> OpenShared(const std::filesystem::path& path,
+                                                               jet::Database::Access access);
+
+  private:
     struct State;
     std::unique_ptr<State> state_;
 };

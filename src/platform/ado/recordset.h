@@ -20,26 +20,27 @@ enum class EditMode { None, InProgress, Add };
 
 /// A field of a Recordset, without its value.
 struct FieldInfo {
-    std::string name;                       ///< as in the table
+    std::string name;  ///< as in the table
     jet::ColumnType type = jet::ColumnType::Text;
-    int definedSize = 0;                    ///< characters of a Text column, bytes of a fixed type, 0 for Memo
+    int definedSize = 0;  ///< characters of a Text column, bytes of a fixed type, 0 for Memo
 };
 
-/// A position in a Recordset; stays valid until the Recordset is refreshed. A deleted record's bookmark is a fault.
+/// A position in a Recordset; stays valid until the Recordset is refreshed. A deleted record's bookmark is a
+/// fault.
 struct Bookmark {
     std::int64_t record = -1;
     friend bool operator==(Bookmark, Bookmark) = default;
 };
 
-/// A client-side, static set of records: read once by its statement, it does not see later changes of others; its own
-/// changes it writes through to the Databook and sees at once.
+/// A client-side, static set of records: read once by its statement, it does not see later changes of others;
+/// its own changes it writes through to the Databook and sees at once.
 ///
-/// A record is current, or the position is before the first (BOF) or behind the last (EOF); an empty set is both.
-/// Field access by position is the quick way; by name it costs a look-up without regard to case. Costs less than 300
-/// bytes a record.
-/// Faults: 3021 (no current record), 3265 (no such field), 13 / 3163 / 3022 / ... of the store at Update.
+/// A record is current, or the position is before the first (BOF) or behind the last (EOF); an empty set is
+/// both. Field access by position is the quick way; by name it costs a look-up without regard to case. Costs
+/// less than 300 bytes a record. Faults: 3021 (no current record), 3265 (no such field), 13 / 3163 / 3022 /
+/// ... of the store at Update.
 class Recordset {
-public:
+  public:
     explicit Recordset(std::unique_ptr<detail::RecordsetStore> store);
     ~Recordset();
 
@@ -56,9 +57,9 @@ public:
     [[nodiscard]] long Position() const;
     void MoveTo(long position);
 
-    /// Finds the first record from the first one on whose field equals the value: criterion `NAME='text'`, two single
-    /// quotes inside stand for one. Text compares without regard to case. Not found: EOF. Fault 3134: a criterion
-    /// of another form.
+    /// Finds the first record from the first one on whose field equals the value: criterion `NAME='text'`,
+    /// two single quotes inside stand for one. Text compares without regard to case. Not found: EOF. Fault
+    /// 3134: a criterion of another form.
     void Find(std::string_view criterion);
 
     [[nodiscard]] const std::vector<FieldInfo>& Fields() const;
@@ -76,9 +77,10 @@ public:
     /// The value as text (jet::ValueText).
     [[nodiscard]] std::string Text(int field) const;
 
-    /// Sets a field of the current record; starts an edit when none is pending. A text is converted to the column's
-    /// type as the store converts it: a date text into a date column, a numeric text into a number column, any value
-    /// into a text column. Faults at once: 13 (does not convert), 3163 (longer than the column).
+    /// Sets a field of the current record; starts an edit when none is pending. A text is converted to the
+    /// column's type as the store converts it: a date text into a date column, a numeric text into a number
+    /// column, any value into a text column. Faults at once: 13 (does not convert), 3163 (longer than the
+    /// column).
     void SetValue(int field, const jet::Value& value);
     void SetValue(std::string_view name, const jet::Value& value);
 
@@ -95,7 +97,7 @@ public:
     void BeginBatch();
     void EndBatch();
 
-private:
+  private:
     std::unique_ptr<detail::RecordsetStore> store_;
 };
 

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+
+#include "platform/jet/database.h"
+
+namespace zenvora::ado::detail {
+
+/// One open Databook with what its users share: transactions do not nest, so that batches of several users
+/// are one.
+class OpenFile {
+  public:
+    explicit OpenFile(std::unique_ptr<jet::Database> database) : database_(std::move(database)) {}
+
+    [[nodiscard]] jet::Database& Database() noexcept { return *database_; }
+
+    /// Batches nest. The first one begins a transaction (unless somebody has begun one), the last one commits
+    /// it.
+    void BeginBatch();
+    void EndBatch();
+
+    /// To be called after each change of rows or of the schema: counts it, and commits a batch that is a
+    /// second old.
+    void RowsChanged();
+    void SchemaChanged();
+
+    /// Tells a user whether others have changed rows since it looked.
+    [[nodiscard]] std::uint64_t RowChanges() const noexcept { return rowChanges_; }
+    [[nodiscard]] std::uint64_t SchemaChanges() const noexcept { return schemaChanges_; }
+
+  private:
+    void Commit();
+
+    std::unique_ptr<jet::Database> database_;
+    int batches_ = 0;
+    bool ownTransaction_ = false;
+    // Real time passed, not a date: the wish is that a power cut loses no more than a second's work.
+    std::chrono::steady_clock::time_point begun_;
+    std::uint64_t rowChanges_ = 0;
+    std::uint64_t schemaChanges_ = 0;
+};
+
+/// One user's batches in an OpenFile; those that are still open are ended when the user goes away.
+class BatchUser {
+  public:
+    explicit BatchUser(std::shared_ptr<OpenFile> file) : file_(std::move(file)) {}
+    ~BatchUser();
+    BatchUser(const BatchUser&) = delete;
+    BatchUser& operator=(const BatchUser&) = delete;
+
+    [[nodiscard]] OpenFile& File() const noexcept { return *file_; }
+    void Begin();
+    /// Fault 5: no batch is open.
+    void End();
+    void EndAll();
+
+  private:
+    std::shared_ptr<OpenFile> file_;
+    int open_ = 0;
+};
+
+}  // namespace zenvora::ado::detail

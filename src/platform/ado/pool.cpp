@@ -1,0 +1,55 @@
+#include "platform/ado/pool.h"
+
+#include <map>
+#include <system_error>
+
+#include "platform/ado/detail/open_file.h"
+
+namespace zenvora::ado {
+namespace {
+
+/// One name for a file, by whatever road it was named.
+std::filesystem::path Identity(const std::filesystem::path& path) {
+    std::error_code error;
+    std::filesystem::path canonical = std::filesystem::weakly_canonical(path, error);
+    return error ? path.lexically_normal() : canonical;
+}
+
+}  // namespace
+
+struct DatabasePool::State {
+    files::HostDisk& disk;
+    std::map<std::filesystem::path, std::weak_ptr<detail::OpenFile>> files;
+};
+
+DatabasePool::DatabasePool(files::HostDisk& disk) : state_(new State{disk, {}}) {}
+DatabasePool::~DatabasePool() = default;
+
+std::shared_ptr<detail::OpenFile> DatabasePool::OpenShared(const std::filesystem::path& path,
+                                                           jet::Database::Access access) {
+    const std::filesystem::path identity = Identity(path);
+    const auto known = state_->files.find(identity);
+    if (known != state_->files.end()) {
+        const std::shared_ptr<detail::OpenFile> file = known->second.lock();
+        const bool suits =
+            access == jet::Database::Access::ReadOnly || (file && !file->Database().IsReadOnly());
+        if (file && suits) return file;
+    }
+    std::erase_if(state_->files, [](const auto& entry) { return entry.second.expired(); });
+    // Under the name it was given: that is the one the user knows from a fault's message.
+    auto file = std::make_shared<detail::OpenFile>(jet::Database::Open(path, access, state_->disk));
+    state_->files[identity] = file;
+    return file;
+}
+
+std::shared_ptr<jet::Database> DatabasePool::Open(const std::filesystem::path& path,
+                                                  jet::Database::Access access) {
+    const std::shared_ptr<detail::OpenFile> file = OpenShared(path, access);
+    return {file, &file->Database()};
+}
+
+void DatabasePool::Forget(const std::filesystem::path& path) {
+    state_->files.erase(Identity(path));
+}
+
+}  // namespace zenvora::ado

@@ -58,6 +58,7 @@ void ClassifyRecords(const CalculationInput& input, ado::Recordset& records, Pas
     // The machine's clock is asked once: it is slow beside the work on a record, and the year must not change
     // midway.
     const shell::FixedClock clock{input.session.clock.Now()};
+    const PresentDates present{clock};
     const Date baseDate = common::ConvDate(input.txtBaseDate, clock);
     const ComparableColumns columns{records};
     const int selected = SelectedColumn(records);
@@ -70,10 +71,10 @@ void ClassifyRecords(const CalculationInput& input, ado::Recordset& records, Pas
         if (!IsSelectedCounted(SelectedText(records, selected, buffer))) continue;
         const ComparableFacts facts = ReadFacts(records, columns, clock);
         const RecordStatus status =
-            GetRecordStatus(facts.contractDate, facts.cancelDate, facts.saleDate, clock);
+            GetRecordStatus(facts.contractDate, facts.cancelDate, facts.saleDate, present);
         for (const int periodOffset : {0, 91, 182}) {
             entries.Add(
-                ClassifyRecordForPeriod(facts, status, periodOffset, baseDate, input.effectiveDate, clock),
+                ClassifyRecordForPeriod(facts, status, periodOffset, baseDate, input.effectiveDate, present),
                 ColumnOfOffset(periodOffset).column);
         }
     }

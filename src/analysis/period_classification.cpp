@@ -10,14 +10,14 @@ struct Terms {
     const ComparableFacts& facts;
     const Period& period;
     Date effectiveDate;
-    const shell::Clock& clock;
+    const PresentDates& present;
 
     [[nodiscard]] int DaysSinceListing(Date until) const { return DayDiff(facts.origListDate, until); }
 
     /// A listing needs a whole day on the market; a sale does not.
     [[nodiscard]] PeriodEntry Listing(int days) const {
         if (days <= 0) return {};
-        return {Family::Listing, days + 1, SelectListPrice(facts, period, effectiveDate, clock), 0};
+        return {Family::Listing, days + 1, SelectListPrice(facts, period, effectiveDate, present), 0};
     }
 
     /// A record that was listed before the period, or leaves the market behind it, is measured to the day
@@ -52,17 +52,17 @@ struct Terms {
 }  // namespace
 
 double SelectListPrice(const ComparableFacts& facts, const Period& period, Date effectiveDate,
-                       const shell::Clock& clock) {
+                       const PresentDates& present) {
     const Date changed = facts.currListDate;
     const bool inForce = IsBetweenDates(period.start, changed, period.end) ||
                          IsBetweenDates(effectiveDate - 365, changed, period.start - 1);
-    return inForce && !IsMissingDate(changed, clock) ? facts.currListPrice : facts.origListPrice;
+    return inForce && present.Holds(changed) ? facts.currListPrice : facts.origListPrice;
 }
 
 PeriodEntry ClassifyRecordForPeriod(const ComparableFacts& facts, RecordStatus status, int periodOffset,
-                                    Date baseDate, Date effectiveDate, const shell::Clock& clock) {
+                                    Date baseDate, Date effectiveDate, const PresentDates& present) {
     const Period period = PeriodOfOffset(periodOffset, baseDate);
-    const Terms terms{facts, period, effectiveDate, clock};
+    const Terms terms{facts, period, effectiveDate, present};
     switch (status) {
         case RecordStatus::Sold:
             return terms.Sold();

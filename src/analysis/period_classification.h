@@ -24,7 +24,7 @@ struct PeriodEntry {
 /// that had not happened at the period's end is not seen, and a missing current list date takes the original
 /// price.
 [[nodiscard]] double SelectListPrice(const ComparableFacts& facts, const Period& period, Date effectiveDate,
-                                     const shell::Clock& clock);
+                                     const PresentDates& present);
 
 /// Classifies a record for the period of an offset (0, 91, 182).
 ///
@@ -33,6 +33,6 @@ struct PeriodEntry {
 /// Fault 5: an offset of no period.
 [[nodiscard]] PeriodEntry ClassifyRecordForPeriod(const ComparableFacts& facts, RecordStatus status,
                                                   int periodOffset, Date baseDate, Date effectiveDate,
-                                                  const shell::Clock& clock);
+                                                  const PresentDates& present);
 
 }  // namespace zenvora::analysis

@@ -1,5 +1,7 @@
 #include "analysis/record_status.h"
 
+#include <algorithm>
+
 #include "common/dates.h"
 
 namespace zenvora::analysis {
@@ -8,10 +10,15 @@ bool IsMissingDate(Date date, const shell::Clock& clock) {
     return common::IsDayZero(date, clock);
 }
 
-RecordStatus GetRecordStatus(Date contractDate, Date cancelDate, Date saleDate, const shell::Clock& clock) {
-    if (!IsMissingDate(saleDate, clock)) return RecordStatus::Sold;
-    if (!IsMissingDate(cancelDate, clock)) return RecordStatus::CancelledOrExpired;
-    if (!IsMissingDate(contractDate, clock)) return RecordStatus::UnderContract;
+// The days of the 1900s keep their year in the normalized form whatever the clock shows.
+PresentDates::PresentDates(const shell::Clock& clock)
+    : end_(text::DayNumber(std::max(clock.Year(), 1999), 12, 31).value_or(text::kLastDate) + 1) {}
+
+RecordStatus GetRecordStatus(Date contractDate, Date cancelDate, Date saleDate,
+                             const PresentDates& present) noexcept {
+    if (present.Holds(saleDate)) return RecordStatus::Sold;
+    if (present.Holds(cancelDate)) return RecordStatus::CancelledOrExpired;
+    if (present.Holds(contractDate)) return RecordStatus::UnderContract;
     return RecordStatus::Active;
 }
 

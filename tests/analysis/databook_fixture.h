@@ -58,7 +58,7 @@ class DatabookTest : public testing::Test {
     testing_support::ScriptedDesktop desktop;
     shell::FixedClock clock{Day(2010, 12, 31)};
     ado::DatabasePool databooks;
-    common::Session session{desktop, clock, databooks};
+    common::Session session{desktop, clock, databooks, {}};
     ado::Adodc adoDatabook{databooks, clock};
 };
 

@@ -13,7 +13,7 @@ class DataViewer : public testing::Test {
     testing_support::ScriptedDesktop desktop;
     shell::FixedClock clock{40359};
     ado::DatabasePool databooks;
-    common::Session session{desktop, clock, databooks};
+    common::Session session{desktop, clock, databooks, {}};
     Results1004MC results;
     frmDataViewer viewer{session, results};
 

@@ -24,15 +24,15 @@ using Family = PeriodEntry::Family;
 constexpr int kNever = 1 << 20;  // no such date
 constexpr int kOffsets[] = {182, 91, 0};
 
-const shell::Clock& ClockOf2010() {
-    static const shell::FixedClock clock{Day(2010, 12, 31)};
-    return clock;
+PresentDates PresentIn(int year) {
+    return PresentDates{shell::FixedClock{Day(year, 7, 4)}};
 }
 
 PeriodEntry Classify(const ComparableFacts& facts, int column) {
     const RecordStatus status =
-        GetRecordStatus(facts.contractDate, facts.cancelDate, facts.saleDate, ClockOf2010());
-    return ClassifyRecordForPeriod(facts, status, kOffsets[column], Effective(), Effective(), ClockOf2010());
+        GetRecordStatus(facts.contractDate, facts.cancelDate, facts.saleDate, PresentIn(2010));
+    return ClassifyRecordForPeriod(facts, status, kOffsets[column], Effective(), Effective(),
+                                   PresentIn(2010));
 }
 
 // All days are counted back from the effective date E; a negative one lies behind it. What each column gets:
@@ -155,12 +155,12 @@ TEST(ClassifyRecordForPeriod, TakesItsDaysFromTheTextAndItsPricesFromTheEffectiv
     // The price was cut 300 days before the date of the text, which is 400 days before the effective date.
     ComparableFacts facts = ActiveListing();
     facts.currListDate = Effective() - 300;
-    const shell::Clock& clock = ClockOf2010();
+    const PresentDates present = PresentIn(2010);
     const PeriodEntry same =
-        ClassifyRecordForPeriod(facts, RecordStatus::Active, 91, Effective(), Effective(), clock);
+        ClassifyRecordForPeriod(facts, RecordStatus::Active, 91, Effective(), Effective(), present);
     EXPECT_EQ(same, (PeriodEntry{Family::Listing, 309, 249900, 0}));
     const PeriodEntry later =
-        ClassifyRecordForPeriod(facts, RecordStatus::Active, 91, Effective(), Effective() + 100, clock);
+        ClassifyRecordForPeriod(facts, RecordStatus::Active, 91, Effective(), Effective() + 100, present);
     EXPECT_EQ(later, (PeriodEntry{Family::Listing, 309, 259900, 0}));
 }
 
@@ -178,7 +178,7 @@ TEST_P(ListPrice, IsTheOneInForceInThePeriod) {
     facts.currListDate =
         GetParam().changedDaysBack == kNever ? common::kDayZero : Effective() - GetParam().changedDaysBack;
     const Period period = PeriodOfOffset(GetParam().offset, Effective());
-    EXPECT_EQ(SelectListPrice(facts, period, Effective(), ClockOf2010()),
+    EXPECT_EQ(SelectListPrice(facts, period, Effective(), PresentIn(2010)),
               GetParam().current ? 249900 : 259900);
 }
 
@@ -201,15 +201,15 @@ TEST(SelectListPrice, TakesADateOfALaterYearThanTheClocksForMissing) {
     facts.currListDate = Day(2011, 1, 5);
     const Date effective = Day(2011, 2, 1);
     const Period period = PeriodOfOffset(0, effective);
-    EXPECT_EQ(SelectListPrice(facts, period, effective, shell::FixedClock{Day(2010, 12, 31)}), 259900);
-    EXPECT_EQ(SelectListPrice(facts, period, effective, shell::FixedClock{Day(2011, 1, 1)}), 249900);
+    EXPECT_EQ(SelectListPrice(facts, period, effective, PresentIn(2010)), 259900);
+    EXPECT_EQ(SelectListPrice(facts, period, effective, PresentIn(2011)), 249900);
 }
 
 TEST(SelectListPrice, TakesAMissingDateForMissingEvenWhereThePeriodsReachDayZero) {
     ComparableFacts facts = ActiveListing();
     facts.currListDate = common::kDayZero;
     const Date effective = Day(1901, 1, 1);  // 365 days after day zero
-    EXPECT_EQ(SelectListPrice(facts, PeriodOfOffset(0, effective), effective, ClockOf2010()), 259900);
+    EXPECT_EQ(SelectListPrice(facts, PeriodOfOffset(0, effective), effective, PresentIn(2010)), 259900);
 }
 
 // The rules once more, told by the day a record was listed and the day it left the market.

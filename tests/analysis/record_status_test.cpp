@@ -34,6 +34,19 @@ INSTANTIATE_TEST_SUITE_P(Dates, MissingDate,
                                          MissingCase{"FirstDayOfALaterYear", Day(2011, 1, 1), true}),
                          [](const auto& info) { return info.param.name; });
 
+TEST(PresentDates, AreThoseThatAreNotMissing) {
+    for (const int year : {1950, 1999, 2000, 2010, 2024}) {
+        const shell::FixedClock clock{Day(year, 3, 1)};
+        const PresentDates present{clock};
+        for (Date date = Day(1890, 1, 1); date < Day(2030, 1, 1); date += 0.5) {
+            ASSERT_EQ(present.Holds(date), !IsMissingDate(date, clock)) << date << " in " << year;
+        }
+        for (const Date date : {text::kFirstDate, text::kLastDate}) {
+            EXPECT_EQ(present.Holds(date), !IsMissingDate(date, clock)) << date << " in " << year;
+        }
+    }
+}
+
 struct StatusCase {
     const char* name;
     Date contract;
@@ -45,9 +58,9 @@ struct StatusCase {
 class StatusOfDates : public testing::TestWithParam<StatusCase> {};
 
 TEST_P(StatusOfDates, GoesByPrecedence) {
-    const shell::FixedClock clock{Effective()};
+    const PresentDates present{shell::FixedClock{Effective()}};
     const StatusCase& of = GetParam();
-    EXPECT_EQ(GetRecordStatus(of.contract, of.cancel, of.sale, clock), of.status);
+    EXPECT_EQ(GetRecordStatus(of.contract, of.cancel, of.sale, present), of.status);
 }
 
 INSTANTIATE_TEST_SUITE_P(

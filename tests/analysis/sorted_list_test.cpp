@@ -159,7 +159,7 @@ TEST(SortedList, IsTheListOfTheInsertionRule) {
 
 TEST(SortedList, TakesManyNumbersAtOnceAsOneByOne) {
     std::mt19937 random{2};
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 150; ++round) {
         SortedList list{"lstData", 0};
         Texts expected;
         // Every third list holds other texts already when the numbers come.
@@ -169,8 +169,8 @@ TEST(SortedList, TakesManyNumbersAtOnceAsOneByOne) {
             InsertByTheRule(expected, text);
         }
         std::vector<double> numbers;
-        const unsigned count = random() % 1000;
-        for (unsigned i = 0; i < count; ++i) {
+        const auto count = random() % 500;
+        for (std::size_t i = 0; i < count; ++i) {
             double number = static_cast<double>(random() % 5000) - 100;
             if (round % 4 == 1) number *= 1e6;
             if (round % 4 == 2) number /= 8;

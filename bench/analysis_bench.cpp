@@ -24,6 +24,7 @@ namespace zenvora::analysis {
 namespace {
 
 namespace fs = std::filesystem;
+using common::Date;
 
 const Date kEffective = text::DayNumber(2010, 6, 30).value();
 

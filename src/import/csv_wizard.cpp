@@ -138,7 +138,7 @@ void frmCSVWizard::LoadMasterFieldArrayMap() {
     }
     for (int row = 0; row < lbMappings.ListCount(); ++row) {
         const std::string text = lbMappings.List(row);
-        const Mapping mapping = SplitOrFault(text, {.file = mapFile_, .line = badMapLine_});
+        const Mapping mapping = SplitOrFault(text, PlaceIn(mapFile_, badMapLine_));
         for (DestinationField& field : fields_) {
             if (field.caption == mapping.destination) field.source = mapping.source;
         }

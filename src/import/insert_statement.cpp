@@ -24,6 +24,12 @@ std::string WithSlashes(std::string_view value) {
     return text::Left(value, 2) + "/" + text::Mid(value, 3, 2) + "/" + text::Mid(value, 5, 4);
 }
 
+Place InField(const char* caption) {
+    Place place;
+    place.column = caption;
+    return place;
+}
+
 void StripNonNumeric(std::string& value) {
     const auto isDropped = [](char c) { return c != '.' && (c < '0' || c > '9'); };
     value.erase(std::remove_if(value.begin(), value.end(), isDropped), value.end());
@@ -145,7 +151,7 @@ std::string InsertStatement::ListingDate(std::string_view value) {
                 fault::kOverflow,
                 "The days on market, " + std::string(days) +
                     ", lead to a listing date that no calendar has. Correct the row and import again.",
-                Place{.column = "Days On Market"}};
+                InField("Days On Market")};
         }
     };
     if (IsFilled(saleDate_) && !daysOnMarket_.empty()) {
@@ -157,7 +163,7 @@ std::string InsertStatement::ListingDate(std::string_view value) {
                             "\" is no date, so the listing date cannot be worked out from the days on "
                             "market. Correct the "
                             "sale date or map another column, and import again.",
-                        Place{.column = "Sale Date"}};
+                        InField("Sale Date")};
         }
     } else {
         listingDay_ = 0;

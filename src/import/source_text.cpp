@@ -4,11 +4,17 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/fault.h"
 #include "platform/text/encoding.h"
 #include "platform/text/utf8.h"
 
 namespace zenvora::importing {
+
+Place PlaceIn(const std::string& file, long line) {
+    Place place;
+    place.file = file;
+    place.line = line;
+    return place;
+}
 
 std::string ReadWholeFile(files::HostDisk& disk, const std::filesystem::path& path) {
     constexpr std::uint64_t kLargest = 0x7FFFFFFF;
@@ -16,7 +22,7 @@ std::string ReadWholeFile(files::HostDisk& disk, const std::filesystem::path& pa
     const std::uint64_t size = file->Size();
     if (size > kLargest) {
         throw Fault{fault::kSourceFormat, "The file is larger than 2 GB. Split it and import the parts.",
-                    Place{.file = path.string()}};
+                    PlaceIn(path.string())};
     }
     std::string bytes(static_cast<std::size_t>(size), '\0');
     file->ReadAt(0, std::as_writable_bytes(std::span(bytes)));

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/fault.h"
 #include "platform/files/host_file.h"
 
 namespace zenvora::importing {
@@ -12,6 +13,9 @@ namespace zenvora::importing {
 /// Last row of a source's grid, and last position in a line, that the program counts to.
 inline constexpr int kLastRow = 32767;
 inline constexpr std::size_t kLastPosition = 32767;
+
+/// The place of a fault in a file; line 0 means the whole of it.
+[[nodiscard]] Place PlaceIn(const std::string& file, long line = 0);
 
 /// The bytes of a whole file. Faults: as HostDisk::Open and HostFile::ReadAt; 20002 for more than 2 GB; each
 /// with the file as its place.

@@ -7,6 +7,7 @@
 
 #include "import/csv_wizard.h"
 #include "import/load_target.h"
+#include "import/source_text.h"
 #include "platform/fault.h"
 
 namespace zenvora::importing {
@@ -19,7 +20,7 @@ text::Date SourceFileDate(const std::string& path) {
         throw Fault{isMissing ? fault::kFileNotFound : fault::kPathAccess,
                     isMissing ? "There is no such file. Check its name."
                               : "The file cannot be looked at: " + error.message(),
-                    Place{.file = path}};
+                    PlaceIn(path)};
     }
     const auto system = std::chrono::file_clock::to_sys(changed);
     const std::time_t seconds = std::chrono::system_clock::to_time_t(
@@ -39,11 +40,11 @@ ImportResult ImportFile(common::Session& session, const ImportJob& job,
     const std::optional<SourceKind> kind = SourceKindOf(job.source);
     if (!kind) {
         throw Fault{fault::kSourceFormat, "A source file must be delimited text (.csv, .txt) or XML (.xml).",
-                    Place{.file = job.source}};
+                    PlaceIn(job.source)};
     }
     if (files::SystemDisk().Open(job.source, files::OpenMode::ReadOnly)->Size() == 0) {
         throw Fault{fault::kSourceFormat, "The file is empty: there is nothing to import. Export it again.",
-                    Place{.file = job.source}};
+                    PlaceIn(job.source)};
     }
     AdoLoadTarget target(session.databooks, session.clock, std::move(mapper));
     frmCSVWizard wizard(session.desktop, session.clock, target);

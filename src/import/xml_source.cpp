@@ -79,7 +79,7 @@ std::vector<std::string> ScanXmlTags(std::string_view text, const std::string& f
                     "No element opens and closes on one line, so there is nothing to import. Export flat "
                     "XML, one element "
                     "a line, or delimited text instead.",
-                    Place{.file = file, .line = 1}};
+                    PlaceIn(file, 1)};
     }
     return tags;
 }

@@ -93,12 +93,12 @@ void frmCSVWizard::LoadSourceFields() {
 }
 
 void frmCSVWizard::ParseCSV(const std::string& path) {
-    const std::string text = SourceTextOf(ReadWholeFile(disk_, path));
+    const std::string text = ReadSourceText(disk_, path);
     ParseDelimitedText(text, path, cbHeaderRow, DataGridView1, format_, lines_);
 }
 
 void frmCSVWizard::ParseXML(const std::string& path) {
-    const std::string text = SourceTextOf(ReadWholeFile(disk_, path));
+    const std::string text = ReadSourceText(disk_, path);
     const std::vector<std::string> tags = ScanXmlTags(text, path);
     lbScratch.Clear();
     for (const std::string& tag : tags)

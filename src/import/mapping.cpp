@@ -1,8 +1,9 @@
 #include "import/mapping.h"
 
-#include <span>
+#include <algorithm>
 
 #include "import/source_text.h"
+#include "platform/files/whole_file.h"
 #include "platform/text/encoding.h"
 
 namespace zenvora::importing {
@@ -41,7 +42,7 @@ std::optional<Mapping> SplitMapping(std::string_view text) {
 }
 
 std::vector<std::string> ReadMapFile(files::HostDisk& disk, const std::filesystem::path& path) {
-    const std::string text = text::Decode(ReadWholeFile(disk, path)).text;
+    const std::string text = text::Decode(files::ReadWholeFile(path, disk)).text;
     std::vector<std::string> lines;
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find_first_of("\r\n", start), text.size());
@@ -59,25 +60,8 @@ void WriteMapFile(files::HostDisk& disk, const std::filesystem::path& path,
     std::string text;
     for (const std::string& mapping : mappings)
         text.append(mapping).append("\r\n");
-    const bool replaces = disk.Exists(path);
-    const std::string bytes = replaces ? EncodeLike(ReadWholeFile(disk, path), text) : text;
-
-    // The new file is whole and on the device before the old one gives up its name.
-    std::filesystem::path fresh = path;
-    fresh += ".new";
-    disk.Remove(fresh);
-    {
-        const auto file = disk.Open(fresh, files::OpenMode::CreateNew);
-        file->WriteAt(0, std::as_bytes(std::span(bytes)));
-        file->Sync();
-    }
-    if (replaces) {
-        std::filesystem::path kept = path;
-        kept += ".bak";
-        disk.Rename(path, kept);
-    }
-    disk.Rename(fresh, path);
-    disk.SyncFolder(path.has_parent_path() ? path.parent_path() : std::filesystem::path("."));
+    if (disk.Exists(path)) text = EncodeLike(files::ReadWholeFile(path, disk), text);
+    files::WriteWholeFile(path, text, files::Replaced::KeptAsBak, disk);
 }
 
 }  // namespace zenvora::importing

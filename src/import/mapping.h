@@ -25,7 +25,7 @@ struct Mapping {
 [[nodiscard]] std::optional<Mapping> SplitMapping(std::string_view text);
 
 /// The lines of a map file, as they stand but for one leading and one trailing double quote. Lines end in CR,
-/// CR LF or LF. Faults: as ReadWholeFile.
+/// CR LF or LF. Faults: as files::ReadWholeFile.
 [[nodiscard]] std::vector<std::string> ReadMapFile(files::HostDisk& disk, const std::filesystem::path& path);
 
 /// Writes a map file, line ends CR LF. A file that stands there gives the encoding (unless the new text would

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <span>
 
+#include "platform/files/whole_file.h"
 #include "platform/text/encoding.h"
 #include "platform/text/utf8.h"
 
@@ -16,17 +16,13 @@ Place PlaceIn(const std::string& file, long line) {
     return place;
 }
 
-std::string ReadWholeFile(files::HostDisk& disk, const std::filesystem::path& path) {
+std::string ReadSourceText(files::HostDisk& disk, const std::filesystem::path& path) {
     constexpr std::uint64_t kLargest = 0x7FFFFFFF;
-    const auto file = disk.Open(path, files::OpenMode::ReadOnly);
-    const std::uint64_t size = file->Size();
-    if (size > kLargest) {
+    if (disk.Open(path, files::OpenMode::ReadOnly)->Size() > kLargest) {
         throw Fault{fault::kSourceFormat, "The file is larger than 2 GB. Split it and import the parts.",
                     PlaceIn(path.string())};
     }
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    file->ReadAt(0, std::as_writable_bytes(std::span(bytes)));
-    return bytes;
+    return SourceTextOf(files::ReadWholeFile(path, disk));
 }
 
 std::string SourceTextOf(std::string_view bytes) {

@@ -17,12 +17,9 @@ inline constexpr std::size_t kLastPosition = 32767;
 /// The place of a fault in a file; line 0 means the whole of it.
 [[nodiscard]] Place PlaceIn(const std::string& file, long line = 0);
 
-/// The bytes of a whole file. Faults: as HostDisk::Open and HostFile::ReadAt; 20002 for more than 2 GB; each
-/// with the file as its place.
-[[nodiscard]] std::string ReadWholeFile(files::HostDisk& disk, const std::filesystem::path& path);
-
-/// Bytes of a source file as text: UTF-8 or Windows-1252, without carriage returns and NUL characters, which
-/// no line keeps wherever they stand. Faults: none.
+/// The text of a source file: UTF-8 or Windows-1252, without carriage returns and NUL characters, which no
+/// line keeps wherever they stand. Faults: as files::ReadWholeFile; 20002 for more than 2 GB.
+[[nodiscard]] std::string ReadSourceText(files::HostDisk& disk, const std::filesystem::path& path);
 [[nodiscard]] std::string SourceTextOf(std::string_view bytes);
 
 /// Cuts a source text into its lines. The end is noticed by a read that finds nothing more: a text that ends

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "grid_text.h"
-#include "memory_disk.h"
 #include "recording_target.h"
 #include "support/scripted_desktop.h"
+#include "text_disk.h"
 
 namespace zenvora::importing {
 namespace {
@@ -51,8 +51,8 @@ class CsvWizard : public testing::Test {
         wizard.CSVFiledate = *text::DayNumber(2009, 4, 1);
         wizard.CSVMDBFilename = "L.mdb";
         wizard.g_MapFileName = "L.map";
-        disk.contents["L.CSV"] = "Street,Town,Price\n12 Oak St,Troy,250000\n9 Elm St,Novi,300000";
-        disk.contents["L.map"] = "Street <-> Address\r\nTown <-> City\r\nPrice <-> Selling Price\r\n";
+        disk.Set("L.CSV", "Street,Town,Price\n12 Oak St,Troy,250000\n9 Elm St,Novi,300000");
+        disk.Set("L.map", "Street <-> Address\r\nTown <-> City\r\nPrice <-> Selling Price\r\n");
     }
     [[nodiscard]] std::string SourceOf(const std::string& caption) const {
         for (const DestinationField& field : wizard.FieldName()) {
@@ -64,7 +64,7 @@ class CsvWizard : public testing::Test {
     testing_support::ScriptedDesktop desktop;
     shell::FixedClock clock{*text::DayNumber(2026, 6, 30)};
     testing_support::RecordingTarget target;
-    testing_support::MemoryDisk disk;
+    testing_support::TextDisk disk;
     frmCSVWizard wizard{desktop, clock, target, disk};
 };
 
@@ -107,7 +107,7 @@ TEST_F(CsvWizard, ListsAllDestinationsAnew) {
 }
 
 TEST_F(CsvWizard, ListsSourceFieldsAndNumbersThoseWithoutName) {
-    disk.contents["L.CSV"] = "Street,,Price\n";
+    disk.Set("L.CSV", "Street,,Price\n");
     wizard.ParseCSV("L.CSV");
     wizard.LoadSourceFields();
     wizard.LoadSourceFields();
@@ -116,7 +116,7 @@ TEST_F(CsvWizard, ListsSourceFieldsAndNumbersThoseWithoutName) {
 
 TEST_F(CsvWizard, ListsFieldsOfASourceWithoutHeader) {
     wizard.cbHeaderRow = false;
-    disk.contents["L.CSV"] = "12 Oak St,Troy\n";
+    disk.Set("L.CSV", "12 Oak St,Troy\n");
     wizard.ParseCSV("L.CSV");
     wizard.LoadSourceFields();
     EXPECT_EQ(ItemsOf(wizard.lbSourceFields), (Row{"Field  1", "Field  2", "Field 2"}));
@@ -143,21 +143,21 @@ TEST_F(CsvWizard, ActivationReadsTheHeaderBoxAnew) {
 }
 
 TEST_F(CsvWizard, ActivationTakesTheXmlReaderForAnyPathWithXmlInIt) {
-    disk.contents["old.xml/L.csv"] = "<a>1</a>\n<b>2</b>\n";
+    disk.Set("old.xml/L.csv", "<a>1</a>\n<b>2</b>\n");
     wizard.CSVFilename = "old.xml/L.csv";
     wizard.Activate("");
     EXPECT_EQ(ItemsOf(wizard.lbSourceFields), (Row{"a", "b"}));
     EXPECT_EQ(ItemsOf(wizard.lbScratch), (Row{"a", "b"}));
-    disk.contents["L.XML"] = "a,b\n1,2";
+    disk.Set("L.XML", "a,b\n1,2");
     wizard.CSVFilename = "L.XML";  // only lower case counts here
     wizard.Activate("");
     EXPECT_EQ(ItemsOf(wizard.lbSourceFields), (Row{"Field 0", "a", "b"}));
 }
 
 TEST_F(CsvWizard, ReadsXmlTwiceWithoutKeepingOldTags) {
-    disk.contents["L.xml"] = "<a>1</a>\n";
+    disk.Set("L.xml", "<a>1</a>\n");
     wizard.ParseXML("L.xml");
-    disk.contents["L.xml"] = "<b>1</b>\n";
+    disk.Set("L.xml", "<b>1</b>\n");
     wizard.ParseXML("L.xml");
     EXPECT_EQ(ItemsOf(wizard.lbScratch), (Row{"b"}));
 }
@@ -261,7 +261,7 @@ TEST_F(CsvWizard, SavesAndLoadsTheSameMappings) {
     wizard.AddMapItem("List Px", "Current Listing Price");
     desktop.ExpectFile("new.map");
     wizard.btnSaveMappings_Click();
-    EXPECT_EQ(disk.contents["new.map"], "Sale Dt <-> Sale Date\r\nList Px <-> Current Listing Price\r\n");
+    EXPECT_EQ(disk.Get("new.map"), "Sale Dt <-> Sale Date\r\nList Px <-> Current Listing Price\r\n");
     EXPECT_EQ(wizard.g_MapFileName, "L.map");
     EXPECT_EQ(desktop.dialogs[0].title, "Load Map");
     EXPECT_TRUE(desktop.dialogs[0].forSaving);
@@ -276,11 +276,11 @@ TEST_F(CsvWizard, SavesNothingWithoutMappingsOrName) {
     wizard.AddMapItem("x", "Zip");
     desktop.ExpectFile("");
     wizard.btnSaveMappings_Click();
-    EXPECT_EQ(disk.contents.size(), 2U);
+    EXPECT_FALSE(disk.Exists(""));
 }
 
 TEST_F(CsvWizard, AnEmptyMapFileEmptiesTheMappings) {
-    disk.contents["L.map"] = "";
+    disk.Set("L.map", "");
     wizard.AddMapItem("x", "Zip");
     wizard.LoadMap("L.map");
     EXPECT_EQ(wizard.lbMappings.ListCount(), 0);
@@ -304,7 +304,7 @@ TEST_F(CsvWizard, UnknownDestinationsArePassedOverAndOldNamesStay) {
 }
 
 TEST_F(CsvWizard, AMapLineThatIsNoMappingIsAFaultWithItsPlace) {
-    disk.contents["L.map"] = "Street <-> Address\r\n\r\nnonsense\r\n";
+    disk.Set("L.map", "Street <-> Address\r\n\r\nnonsense\r\n");
     wizard.LoadMap("L.map");
     const Fault fault = FaultOf([&] { wizard.LoadMasterFieldArrayMap(); });
     EXPECT_EQ(fault.number, fault::kInvalidCall);
@@ -342,7 +342,7 @@ TEST_F(CsvWizard, RunsUnattendedFromFileToStatements) {
 }
 
 TEST_F(CsvWizard, RunsUnattendedFromXml) {
-    disk.contents["L.XML"] = "<r>\n<Street>12 Oak St</Street>\n<Town>Troy</Town>\n</r>\n";
+    disk.Set("L.XML", "<r>\n<Street>12 Oak St</Street>\n<Town>Troy</Town>\n</r>\n");
     wizard.CSVFilename = "L.XML";
     wizard.RunUnattended(SourceKind::Xml);
     EXPECT_EQ(
@@ -365,7 +365,7 @@ TEST_F(CsvWizard, RunsWithoutAMapWhenTheDialogIsCancelled) {
 }
 
 TEST_F(CsvWizard, LogsEveryRow) {
-    disk.contents["L.map"] = "Town <-> City\r\n";
+    disk.Set("L.map", "Town <-> City\r\n");
     target.onExecute = [](std::string_view statement) {
         if (statement.find("Novi") != std::string_view::npos)
             throw Fault{fault::kNullKey, "The key is Null."};
@@ -412,41 +412,41 @@ TEST_F(CsvWizard, GoesOnAfterARefusedRow) {
 }
 
 TEST_F(CsvWizard, ASourceNameThatTheGridLacksMapsNothing) {
-    disk.contents["L.map"] = "Town <-> City\r\nPostcode <-> Zip\r\n";
+    disk.Set("L.map", "Town <-> City\r\nPostcode <-> Zip\r\n");
     wizard.RunUnattended(SourceKind::Delimited);
     EXPECT_EQ(target.statements[0], "INSERT INTO COMPS (CITY) VALUES (\"Troy\")");
 }
 
 TEST_F(CsvWizard, ACaptionInsideAnotherMappingTakesTheNamelessColumn) {
     // "City" is found in the first row, its own source is empty, and so is the name of column 0.
-    disk.contents["L.CSV"] = "City Name,Price\nTroy,5";
-    disk.contents["L.map"] = "City Name <-> Zip\r\n";
+    disk.Set("L.CSV", "City Name,Price\nTroy,5");
+    disk.Set("L.map", "City Name <-> Zip\r\n");
     wizard.RunUnattended(SourceKind::Delimited);
     EXPECT_EQ(target.statements, (Row{"INSERT INTO COMPS (CITY,ZIP) VALUES (\"\",\"Troy\")"}));
 }
 
 TEST_F(CsvWizard, TheLaterFieldTakesAColumnThatTwoFieldsName) {
-    disk.contents["L.map"] = "Price <-> Selling Price\r\nPrice <-> Original Listing Price\r\n";
+    disk.Set("L.map", "Price <-> Selling Price\r\nPrice <-> Original Listing Price\r\n");
     wizard.RunUnattended(SourceKind::Delimited);
     EXPECT_EQ(target.statements[0], "INSERT INTO COMPS (SELLINGPR) VALUES (250000)");
 }
 
 TEST_F(CsvWizard, ColumnsOfOneNameGoInTwice) {
-    disk.contents["L.CSV"] = "Town,Town\nTroy,Novi";
+    disk.Set("L.CSV", "Town,Town\nTroy,Novi");
     wizard.RunUnattended(SourceKind::Delimited);
     EXPECT_EQ(target.statements[0], "INSERT INTO COMPS (CITY,CITY) VALUES (\"Troy\",\"Novi\")");
 }
 
 TEST_F(CsvWizard, TheLastColumnWithoutHeaderCannotBeLoaded) {
     wizard.cbHeaderRow = false;
-    disk.contents["L.CSV"] = "12 Oak St,Troy";
-    disk.contents["L.map"] = "Field  2 <-> Address\r\nField 2 <-> City\r\n";
+    disk.Set("L.CSV", "12 Oak St,Troy");
+    disk.Set("L.map", "Field  2 <-> Address\r\nField 2 <-> City\r\n");
     wizard.RunUnattended(SourceKind::Delimited);
     EXPECT_EQ(target.statements, (Row{"INSERT INTO COMPS (CENTRALKEY) VALUES (\"12 Oak St\")"}));
 }
 
 TEST_F(CsvWizard, AFaultOfTheSourceLoadsNothing) {
-    disk.contents["L.CSV"] += ",too,many";
+    disk.Set("L.CSV", disk.Get("L.CSV") + ",too,many");
     const Fault fault = FaultOf([&] { wizard.RunUnattended(SourceKind::Delimited); });
     EXPECT_EQ(fault.number, fault::kSubscript);
     EXPECT_EQ(fault.place.file, "L.CSV");
@@ -456,8 +456,8 @@ TEST_F(CsvWizard, AFaultOfTheSourceLoadsNothing) {
 }
 
 TEST_F(CsvWizard, ABadSaleDateBesideDaysOnMarketEndsTheLoadOnTheFirstRowOnly) {
-    disk.contents["L.CSV"] = "Sold,DOM\nnever-ever,5\n3/1/2009,30";
-    disk.contents["L.map"] = "Sold <-> Sale Date\r\nDOM <-> Days On Market\r\n";
+    disk.Set("L.CSV", "Sold,DOM\nnever-ever,5\n3/1/2009,30");
+    disk.Set("L.map", "Sold <-> Sale Date\r\nDOM <-> Days On Market\r\n");
     const Fault fault = FaultOf([&] { wizard.RunUnattended(SourceKind::Delimited); });
     EXPECT_EQ(fault.number, fault::kTypeMismatch);
     EXPECT_EQ(fault.place.file, "L.CSV");
@@ -467,7 +467,7 @@ TEST_F(CsvWizard, ABadSaleDateBesideDaysOnMarketEndsTheLoadOnTheFirstRowOnly) {
     EXPECT_TRUE(target.statements.empty());
     EXPECT_EQ(target.timesClosed, 1);
 
-    disk.contents["L.CSV"] = "Sold,DOM\n3/1/2009,30\nnever-ever,5";
+    disk.Set("L.CSV", "Sold,DOM\n3/1/2009,30\nnever-ever,5");
     wizard.RunUnattended(SourceKind::Delimited);
     wizard.CheckFirstRow();
     ASSERT_EQ(target.statements.size(), 2U);

@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "grid_text.h"
-#include "memory_disk.h"
+#include "text_disk.h"
 
 namespace zenvora::importing {
 namespace {
 
 using testing_support::FaultOf;
-using testing_support::MemoryDisk;
+using testing_support::TextDisk;
 using Lines = std::vector<std::string>;
 
 struct SplitCase {
@@ -50,8 +50,8 @@ TEST(MappingText, JoinsWithFiveCharacters) {
 }
 
 Lines Read(const std::string& bytes) {
-    MemoryDisk disk;
-    disk.contents["L.map"] = bytes;
+    TextDisk disk;
+    disk.Set("L.map", bytes);
     return ReadMapFile(disk, "L.map");
 }
 
@@ -92,48 +92,48 @@ TEST(MapFile, IsReadInItsEncoding) {
 }
 
 TEST(MapFile, ThatIsNotThereIsAFault) {
-    MemoryDisk disk;
+    TextDisk disk;
     EXPECT_EQ(FaultOf([&] { static_cast<void>(ReadMapFile(disk, "no.map")); }).number, fault::kFileNotFound);
 }
 
 TEST(MapFile, NewIsUtf8WithCrLf) {
-    MemoryDisk disk;
+    TextDisk disk;
     WriteMapFile(disk, "L.map",
                  {"Stra\xC3\x9F"
                   "e <-> Address",
                   "b <-> Zip"});
-    EXPECT_EQ(disk.contents["L.map"],
+    EXPECT_EQ(disk.Get("L.map"),
               "Stra\xC3\x9F"
               "e <-> Address\r\nb <-> Zip\r\n");
-    EXPECT_EQ(disk.contents.size(), 1U);
+    EXPECT_FALSE(disk.Exists("L.map.bak"));
 }
 
 TEST(MapFile, KeepsTheEncodingItCameIn) {
-    MemoryDisk disk;
-    disk.contents["L.map"] =
-        "Stra\xDF"
-        "e <-> Address\r\n";
+    TextDisk disk;
+    disk.Set("L.map",
+             "Stra\xDF"
+             "e <-> Address\r\n");
     WriteMapFile(disk, "L.map",
                  {"Stra\xC3\x9F"
                   "e <-> Address",
                   "b <-> Zip"});
-    EXPECT_EQ(disk.contents["L.map"],
+    EXPECT_EQ(disk.Get("L.map"),
               "Stra\xDF"
               "e <-> Address\r\nb <-> Zip\r\n");
-    disk.contents["U.map"] =
-        "\xEF\xBB\xBFStra\xC3\x9F"
-        "e <-> Address\r\n";
+    disk.Set("U.map",
+             "\xEF\xBB\xBFStra\xC3\x9F"
+             "e <-> Address\r\n");
     WriteMapFile(disk, "U.map", {"\xC3\x9F <-> Zip"});
-    EXPECT_EQ(disk.contents["U.map"], "\xEF\xBB\xBF\xC3\x9F <-> Zip\r\n");
+    EXPECT_EQ(disk.Get("U.map"), "\xEF\xBB\xBF\xC3\x9F <-> Zip\r\n");
 }
 
 TEST(MapFile, ReadsBackTheSameEvenWhereItsEncodingCannotHoldIt) {
     for (const std::string name :
          {"\xE4\xB8\xAD", "\xC3\x83\xC2\xA9"}) {  // no such letter; two that would read as UTF-8
-        MemoryDisk disk;
-        disk.contents["L.map"] =
-            "Stra\xDF"
-            "e <-> Address\r\n";
+        TextDisk disk;
+        disk.Set("L.map",
+                 "Stra\xDF"
+                 "e <-> Address\r\n");
         const Lines lines = {name + " <-> Zip"};
         WriteMapFile(disk, "L.map", lines);
         EXPECT_EQ(ReadMapFile(disk, "L.map"), lines);
@@ -141,19 +141,26 @@ TEST(MapFile, ReadsBackTheSameEvenWhereItsEncodingCannotHoldIt) {
 }
 
 TEST(MapFile, KeepsTheReplacedFileBesideIt) {
-    MemoryDisk disk;
-    disk.contents["L.map"] = "old <-> Zip\r\n";
+    TextDisk disk;
+    disk.Set("L.map", "old <-> Zip\r\n");
     WriteMapFile(disk, "L.map", {"new <-> Zip"});
-    EXPECT_EQ(disk.contents["L.map"], "new <-> Zip\r\n");
-    EXPECT_EQ(disk.contents["L.map.bak"], "old <-> Zip\r\n");
+    EXPECT_EQ(disk.Get("L.map"), "new <-> Zip\r\n");
+    EXPECT_EQ(disk.Get("L.map.bak"), "old <-> Zip\r\n");
 }
 
 TEST(MapFile, ThatCannotBeWrittenLeavesTheOldOne) {
-    MemoryDisk disk;
-    disk.contents["L.map"] = "old <-> Zip\r\n";
-    disk.refusesWriting = true;
-    EXPECT_EQ(FaultOf([&] { WriteMapFile(disk, "L.map", {"new <-> Zip"}); }).number, fault::kPathAccess);
-    EXPECT_EQ(disk.contents["L.map"], "old <-> Zip\r\n");
+    class FullDisk final : public TextDisk {
+      public:
+        std::unique_ptr<files::HostFile> Open(const std::filesystem::path& path,
+                                              files::OpenMode mode) override {
+            if (mode == files::OpenMode::CreateNew) throw Fault{fault::kDiskFull, "The disk is full."};
+            return TextDisk::Open(path, mode);
+        }
+    };
+    FullDisk disk;
+    disk.Set("L.map", "old <-> Zip\r\n");
+    EXPECT_EQ(FaultOf([&] { WriteMapFile(disk, "L.map", {"new <-> Zip"}); }).number, fault::kDiskFull);
+    EXPECT_EQ(disk.Get("L.map"), "old <-> Zip\r\n");
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "grid_text.h"
-#include "memory_disk.h"
+#include "text_disk.h"
 
 namespace zenvora::importing {
 namespace {
@@ -72,9 +72,9 @@ TEST(WithoutFirst, DropsCharacters) {
     EXPECT_EQ(WithoutFirst("ab", 3), "");
 }
 
-TEST(ReadWholeFile, NamesAFileThatIsNotThere) {
-    testing_support::MemoryDisk disk;
-    const Fault fault = testing_support::FaultOf([&] { static_cast<void>(ReadWholeFile(disk, "no.csv")); });
+TEST(ReadSourceText, NamesAFileThatIsNotThere) {
+    testing_support::TextDisk disk;
+    const Fault fault = testing_support::FaultOf([&] { static_cast<void>(ReadSourceText(disk, "no.csv")); });
     EXPECT_EQ(fault.number, fault::kFileNotFound);
     EXPECT_EQ(fault.place.file, "no.csv");
 }

@@ -14,12 +14,12 @@ class MemoryFile : public files::HostFile {
         : bytes_(std::move(bytes)), readOnly_(readOnly) {}
     void ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
         if (offset + bytes.size() > bytes_->size()) throw Fault{fault::kDeviceIo, "the file ends too early"};
-        std::memcpy(bytes.data(), bytes_->data() + offset, bytes.size());
+        if (!bytes.empty()) std::memcpy(bytes.data(), bytes_->data() + offset, bytes.size());
     }
     void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
         if (readOnly_) throw Fault{fault::kPathAccess, "the file is open for reading"};
         if (bytes_->size() < offset + bytes.size()) bytes_->resize(offset + bytes.size());
-        std::memcpy(bytes_->data() + offset, bytes.data(), bytes.size());
+        if (!bytes.empty()) std::memcpy(bytes_->data() + offset, bytes.data(), bytes.size());
     }
     std::uint64_t Size() override { return bytes_->size(); }
     void Truncate(std::uint64_t size) override { bytes_->resize(size); }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/fault.h"
+#include "platform/files/host_path.h"
 #include "platform/files/whole_file.h"
 #include "platform/jet/database.h"
 

@@ -1,3 +1,4 @@
+#include "analysis/explanation.h"
 #include "analysis/validity.h"
 #include "cli/command.h"
 #include "cli/json_lines.h"
@@ -18,7 +19,7 @@ struct Verdict {
 };
 
 /// Walks the records in key order and judges each as it stands.
-void ForEachVerdict(ado::Adodc& control, Date effectiveDate,
+void ForEachVerdict(ado::Adodc& control, common::Date effectiveDate,
                     const std::function<void(const Verdict&)>& visit) {
     auto& records = control.Recordset();
     if (records.RecordCount() == 0) return;

@@ -1,7 +1,6 @@
 #include "cli_fixture.h"
 
 #include <fstream>
-#include <random>
 #include <sstream>
 
 namespace zenvora::cli {
@@ -13,18 +12,6 @@ std::string RunResult::LastLine() const {
     const auto end = err.size() - (err.back() == '\n' ? 1 : 0);
     const auto start = err.rfind('\n', end == 0 ? 0 : end - 1);
     return start == std::string::npos ? err.substr(0, end) : err.substr(start + 1, end - start - 1);
-}
-
-CliTest::CliTest() {
-    std::random_device random;
-    do {
-        folder_ = fs::temp_directory_path() / ("zenvora-cli-" + std::to_string(random()));
-    } while (!fs::create_directory(folder_));
-}
-
-CliTest::~CliTest() {
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
 }
 
 RunResult CliTest::Run(const std::vector<std::string>& arguments) {
@@ -51,8 +38,7 @@ std::string CliTest::At(const std::string& name) const {
 }
 
 std::string CliTest::Write(const std::string& name, const std::string& bytes) const {
-    std::ofstream(At(name), std::ios::binary) << bytes;
-    return At(name);
+    return folder_.Write(name, bytes).string();
 }
 
 std::string CliTest::Read(const std::string& path) {
@@ -62,7 +48,7 @@ std::string CliTest::Read(const std::string& path) {
 
 std::map<std::string, std::string> CliTest::Everything() const {
     std::map<std::string, std::string> files;
-    for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
+    for (const auto& entry : fs::recursive_directory_iterator(folder_.Path())) {
         files[entry.path().string()] = entry.is_regular_file() ? Read(entry.path().string()) : "";
     }
     return files;

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "cli/program.h"
+#include "support/temp_folder.h"
 
 namespace zenvora::cli {
 
@@ -24,9 +24,6 @@ struct RunResult {
 /// 06/30/2010.
 class CliTest : public testing::Test {
   protected:
-    CliTest();
-    ~CliTest() override;
-
     [[nodiscard]] static RunResult Run(const std::vector<std::string>& arguments);
     /// Runs and expects status 0; returns standard output.
     static std::string MustRun(const std::vector<std::string>& arguments);
@@ -47,7 +44,7 @@ class CliTest : public testing::Test {
     [[nodiscard]] static std::string NoDatabook();
 
   private:
-    std::filesystem::path folder_;
+    testing_support::TempFolder folder_;
 };
 
 }  // namespace zenvora::cli

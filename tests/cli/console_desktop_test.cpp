@@ -46,7 +46,7 @@ TEST(ConsoleDesktop, PrintsOnlyTroubleWhenQuiet) {
 
 TEST(ConsoleDesktop, CancelsFileDialogs) {
     std::ostringstream err;
-    EXPECT_EQ(ConsoleDesktop(err, {}).Choose({.title = "Load Map"}), "");
+    EXPECT_EQ(ConsoleDesktop(err, {}).Choose({}), "");
 }
 
 TEST(Progress, IsDrawnAfterHalfASecondAndWipedAtTheEnd) {

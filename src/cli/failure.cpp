@@ -33,12 +33,14 @@ bool IsFileFault(const Fault& fault) noexcept {
 
 std::string FaultLine(const Fault& fault, const std::string& file) {
     const Place& place = fault.place;
-    std::string where = place.file.empty() ? file : place.file;
-    if (fault.description.find(where) != std::string::npos) where.clear();
-    const auto add = [&where](const std::string& part) {
+    std::string where;
+    // What the description names itself is not said twice.
+    const auto add = [&](const std::string& part) {
+        if (part.empty() || fault.description.find(part) != std::string::npos) return;
         if (!where.empty()) where += ", ";
         where += part;
     };
+    add(place.file.empty() ? file : place.file);
     if (place.line > 0) add("line " + text::IntegerText(place.line));
     if (place.record > 0) add("record " + text::IntegerText(place.record));
     if (place.page >= 0) add("page " + text::IntegerText(place.page));
@@ -48,6 +50,7 @@ std::string FaultLine(const Fault& fault, const std::string& file) {
     line += fault.description;
     std::replace(line.begin(), line.end(), '\n', ' ');
     std::replace(line.begin(), line.end(), '\r', ' ');
+    if (!line.empty() && line.back() != '.') line += '.';
     return line + " (error " + text::IntegerText(fault.number) + ")";
 }
 

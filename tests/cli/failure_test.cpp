@@ -31,6 +31,13 @@ TEST(FaultLines, DoNotNameAFileTwice) {
               "A.mdb is not there. (error 53)");
 }
 
+TEST(FaultLines, DoNotNameAPageTwiceAndEndInAPeriod) {
+    EXPECT_EQ(FaultLine({fault::kDamaged, "page 7: a row lies outside of its place. Work on a copy",
+                         PlaceOf("A.mdb", 0, 7)},
+                        ""),
+              "A.mdb: page 7: a row lies outside of its place. Work on a copy. (error 3049)");
+}
+
 TEST(FaultLines, AreOneLine) {
     EXPECT_EQ(FaultLine({fault::kDeviceIo, "First.\r\nSecond.", PlaceOf("A.mdb")}, ""),
               "A.mdb: First.  Second. (error 57)");

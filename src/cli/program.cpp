@@ -145,6 +145,18 @@ Exit RunProgram(const std::vector<std::string>& arguments, const Environment& en
     for (const auto& command : commands)
         declared.push_back(Declare(program, *command, options));
 
+    // CLI11 would only say that a command is required. The program itself takes no option with a value.
+    const auto verb = std::find_if(arguments.begin(), arguments.end(), [](const std::string& argument) {
+        return argument.empty() || argument[0] != '-';
+    });
+    const bool isKnown = verb != arguments.end() &&
+                         std::any_of(commands.begin(), commands.end(),
+                                     [&](const auto& command) { return command->GetVerb().name == *verb; });
+    if (verb != arguments.end() && !isKnown) {
+        PrintLine(environment.io.err, "", "there is no command \"" + *verb + "\" (see " + kName + " --help)");
+        return Exit::BadCommandLine;
+    }
+
     const auto chosen = [&] {
         return static_cast<std::size_t>(std::find_if(declared.begin(), declared.end(),
                                                      [](const CLI::App* app) { return app->parsed(); }) -

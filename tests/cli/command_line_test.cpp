@@ -72,10 +72,11 @@ TEST_P(WrongCommandLine, GivesStatusTwoAndOneLineThatSaysWhy) {
 INSTANTIATE_TEST_SUITE_P(
     Lines, WrongCommandLine,
     testing::Values(
-        WrongLine{"NoCommand", {}, "subcommand"}, WrongLine{"UnknownCommand", {"frobnicate"}, "frobnicate"},
+        WrongLine{"NoCommand", {}, "command is required"},
+        WrongLine{"UnknownCommand", {"frobnicate"}, "no command \"frobnicate\""},
         WrongLine{"NoDatabook", {"calc"}, "DATABOOK"}, WrongLine{"NoKey", {"select", "a.mdb"}, "KEY"},
-        WrongLine{"NoVerb", {"select", "a.mdb", "12 OAK ST"}, "exclude"},
-        WrongLine{"OtherVerb", {"select", "a.mdb", "12 OAK ST", "toggle"}, "toggle"},
+        WrongLine{"NoState", {"select", "a.mdb", "12 OAK ST"}, "STATE"},
+        WrongLine{"OtherState", {"select", "a.mdb", "12 OAK ST", "toggle"}, "toggle"},
         WrongLine{"NoStatement", {"sql", "a.mdb"}, "STATEMENT"},
         WrongLine{"UnknownOption", {"calc", "a.mdb", "--frobnicate"}, "--frobnicate"},
         WrongLine{"TooManyArguments", {"records", "a.mdb", "b.mdb"}, "b.mdb"},

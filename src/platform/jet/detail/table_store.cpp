@@ -162,7 +162,7 @@ TableStore::Home TableStore::Locate(RowId row) const {
 
 void TableStore::Scan(const std::function<bool(const RowView&)>& visit) const {
     Pager& pager = store_.Pages();
-    for (PageNumber number : OwnedPages().Pages()) {
+    for (PageNumber number : OwnedPages().PagesInUse()) {
         const std::byte* page = pager.Read(number);
         if (U8(page) != kDataPage || U32(page + 4) != page_) {
             throw pager.Damaged(number, "rows of table " + stored_.table.name + " are expected here");

@@ -59,7 +59,7 @@ std::vector<std::byte> UsageMap::EmptyRow() {
     return std::vector<std::byte>(kLayout.mapRowSize);
 }
 
-std::vector<PageNumber> UsageMap::Pages() const {
+std::vector<PageNumber> UsageMap::Collect(bool inUse) const {
     std::vector<PageNumber> pages;
     const PageNumber count = pager_->PageCount();
     const auto collect = [&](const std::byte* bits, std::size_t byteCount, PageNumber start) {
@@ -69,7 +69,12 @@ std::vector<PageNumber> UsageMap::Pages() const {
                 const auto bit = static_cast<unsigned>(std::countr_zero(byte));
                 byte &= byte - 1;
                 const std::uint64_t page = static_cast<std::uint64_t>(start) + 8 * i + bit;
-                if (page < count) pages.push_back(static_cast<PageNumber>(page));
+                if (page < count) {
+                    pages.push_back(static_cast<PageNumber>(page));
+                } else if (inUse) {
+                    throw pager_->Damaged(count,
+                                          "the file is cut off here, and a table goes on behind its end");
+                }
             }
         }
     };
@@ -83,7 +88,7 @@ std::vector<PageNumber> UsageMap::Pages() const {
     for (std::size_t i = 0; 1 + 4 * (i + 1) <= row.size(); ++i) {
         const PageNumber bitPage = U32(row.data() + 1 + 4 * i);
         if (bitPage == 0) continue;
-        if (i * kPagesPerBitPage >= count) break;
+        if (!inUse && i * kPagesPerBitPage >= count) break;
         CheckBitPage(*pager_, bitPage);
         collect(pager_->Read(bitPage) + kBitsAt, kPagesPerBitPage / 8,
                 static_cast<PageNumber>(i * kPagesPerBitPage));

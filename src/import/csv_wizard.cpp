@@ -152,7 +152,7 @@ bool frmCSVWizard::IsMapped(std::string_view caption) const {
     return false;
 }
 
-int frmCSVWizard::SelectedListIndex(const WizardList& list) {
+int frmCSVWizard::SelectedListIndex(const controls::ListBox& list) {
     return list.ListIndex();
 }
 

@@ -12,8 +12,8 @@
 #include "import/load_outcome.h"
 #include "import/load_target.h"
 #include "import/source_grid.h"
-#include "import/wizard_list.h"
 #include "platform/controls/desktop.h"
+#include "platform/controls/list_box.h"
 #include "platform/files/host_file.h"
 #include "platform/shell/clock.h"
 #include "platform/text/date.h"
@@ -42,10 +42,10 @@ class frmCSVWizard {
 
     // The dialog's controls.
     SourceGrid DataGridView1;  ///< row 0 names the columns, the source's rows follow
-    WizardList lbSourceFields{"lbSourceFields"};
-    WizardList lbDestFields{"lbDestFields"};
-    WizardList lbMappings{"lbMappings"};  ///< a row is the whole of a mapping: "Sale Dt <-> Sale Date"
-    WizardList lbScratch{"lbScratch"};
+    controls::ListBox lbSourceFields{"lbSourceFields"};
+    controls::ListBox lbDestFields{"lbDestFields"};
+    controls::ListBox lbMappings{"lbMappings"};  ///< a row is the whole of a mapping: "Sale Dt <-> Sale Date"
+    controls::ListBox lbScratch{"lbScratch"};
     LoadLog ListBox1;
     struct {
         bool visible = false;
@@ -94,7 +94,7 @@ class frmCSVWizard {
     void LoadMasterFieldArrayMap();
     /// True when a row of lbMappings holds the caption anywhere, source side included.
     [[nodiscard]] bool IsMapped(std::string_view caption) const;
-    [[nodiscard]] static int SelectedListIndex(const WizardList& list);
+    [[nodiscard]] static int SelectedListIndex(const controls::ListBox& list);
     void AddMapItem(std::string_view source, std::string_view destination);
     /// Sends every row of the grid to the Databook as a statement of its own. A refused row is logged and the
     /// load goes on. Faults: those of LoadTarget::Open and Close; 13 or 6 when the listing date of the first

@@ -162,9 +162,8 @@ std::string InsertStatement::ListingDate(std::string_view value) {
         } else if (!catching_) {
             throw Fault{fault::kTypeMismatch,
                         "\"" + saleDate_ +
-                            "\" is no date, so the listing date cannot be worked out from the days on "
-                            "market. Correct the "
-                            "sale date or map another column, and import again.",
+                            "\" is no date, and the listing date of days on market is counted from it. "
+                            "Correct the sale date or map another column, and import again.",
                         InField("Sale Date")};
         }
     } else {

@@ -16,7 +16,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         # These three report string concatenations of the library itself, wrongly (mended in g++ 13).
         target_compile_options(zenvora_options INTERFACE -Wno-array-bounds -Wno-restrict
-                               -Wno-stringop-overflow)
+                               -Wno-stringop-overflow -Wno-stringop-overread)
     endif()
 endif()
 if(ZENVORA_WERROR)

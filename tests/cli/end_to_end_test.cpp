@@ -67,7 +67,7 @@ TEST_F(EndToEnd, TheShellSeesEachStatus) {
 }
 
 TEST_F(EndToEnd, AFullDiskBehindStandardOutputIsTrouble) {
-    NewDatabook("A.mdb");
+    MustRun({"new", At("A.mdb")});
     const int status = std::system(
         ("'" ZENVORA_CLI "' records '" + At("A.mdb") + "' >/dev/full 2>'" + At("err") + "'").c_str());
     EXPECT_EQ(WEXITSTATUS(status), static_cast<int>(Exit::FileTrouble));

@@ -49,7 +49,11 @@ std::shared_ptr<jet::Database> DatabasePool::Open(const std::filesystem::path& p
 }
 
 void DatabasePool::Forget(const std::filesystem::path& path) {
-    state_->files.erase(Identity(path));
+    const auto known = state_->files.find(Identity(path));
+    if (known == state_->files.end()) return;
+    // Those who still hold the old file may read what they have; the writer's place is the new file's.
+    if (const auto file = known->second.lock()) file->Database().Retire();
+    state_->files.erase(known);
 }
 
 }  // namespace zenvora::ado

@@ -30,7 +30,7 @@ std::shared_ptr<detail::OpenFile> DatabasePool::OpenShared(const std::filesystem
     const std::filesystem::path identity = Identity(path);
     const auto known = state_->files.find(identity);
     if (known != state_->files.end()) {
-        const std::shared_ptr<detail::OpenFile> file = known->second.lock();
+        std::shared_ptr<detail::OpenFile> file = known->second.lock();
         const bool suits =
             access == jet::Database::Access::ReadOnly || (file && !file->Database().IsReadOnly());
         if (file && suits) return file;

@@ -44,12 +44,21 @@ std::shared_ptr<detail::OpenFile> DatabasePool::OpenShared(const std::filesystem
 
 std::shared_ptr<jet::Database> DatabasePool::Open(const std::filesystem::path& path,
                                                   jet::Database::Access access) {
+    // The pointer keeps the file in the pool, too: whoever comes next must share it.
+    struct Use {
+        std::shared_ptr<detail::OpenFile> file;
+        std::shared_ptr<jet::Database> database;
+    };
     const std::shared_ptr<detail::OpenFile> file = OpenShared(path, access);
-    return {file, &file->Database()};
+    const auto use = std::make_shared<Use>(Use{file, file->Share()});
+    return {use, use->database.get()};
 }
 
 void DatabasePool::Forget(const std::filesystem::path& path) {
-    state_->files.erase(Identity(path));
+    const auto known = state_->files.find(Identity(path));
+    if (known == state_->files.end()) return;
+    if (const std::shared_ptr<detail::OpenFile> file = known->second.lock()) file->Close();
+    state_->files.erase(known);
 }
 
 }  // namespace zenvora::ado

@@ -30,7 +30,7 @@ std::shared_ptr<detail::OpenFile> DatabasePool::OpenShared(const std::filesystem
     const std::filesystem::path identity = Identity(path);
     const auto known = state_->files.find(identity);
     if (known != state_->files.end()) {
-        const std::shared_ptr<detail::OpenFile> file = known->second.lock();
+        std::shared_ptr<detail::OpenFile> file = known->second.lock();
         const bool suits =
             access == jet::Database::Access::ReadOnly || (file && !file->Database().IsReadOnly());
         if (file && suits) return file;
@@ -44,15 +44,20 @@ std::shared_ptr<detail::OpenFile> DatabasePool::OpenShared(const std::filesystem
 
 std::shared_ptr<jet::Database> DatabasePool::Open(const std::filesystem::path& path,
                                                   jet::Database::Access access) {
+    // The pointer keeps the file in the pool, too: whoever comes next must share it.
+    struct Use {
+        std::shared_ptr<detail::OpenFile> file;
+        std::shared_ptr<jet::Database> database;
+    };
     const std::shared_ptr<detail::OpenFile> file = OpenShared(path, access);
-    return {file, &file->Database()};
+    const auto use = std::make_shared<Use>(Use{file, file->Share()});
+    return {use, use->database.get()};
 }
 
 void DatabasePool::Forget(const std::filesystem::path& path) {
     const auto known = state_->files.find(Identity(path));
     if (known == state_->files.end()) return;
-    // Those who still hold the old file may read what they have; the writer's place is the new file's.
-    if (const auto file = known->second.lock()) file->Database().Retire();
+    if (const std::shared_ptr<detail::OpenFile> file = known->second.lock()) file->Close();
     state_->files.erase(known);
 }
 

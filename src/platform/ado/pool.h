@@ -24,8 +24,10 @@ class DatabasePool {
     [[nodiscard]] std::shared_ptr<jet::Database> Open(const std::filesystem::path& path,
                                                       jet::Database::Access access);
 
-    /// To be called when another file takes the place of this one: the next Open opens the new file, while
-    /// those that use the old one keep it until they let go.
+    /// To be called when another file has taken the place of this one: closes the old file, so that the next
+    /// Open opens the new one. Recordsets of the old file keep what they have read, but fault (91) when they
+    /// are to change it or to read a Memo; a batch of changes is given up. Who got the old file from Open
+    /// must let go of it first.
     void Forget(const std::filesystem::path& path);
 
     /// Open, for this folder alone.

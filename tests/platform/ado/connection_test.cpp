@@ -221,17 +221,32 @@ TEST(DatabasePoolOpen, ClosesAFileWithItsLastUser) {
     const testing_support::TempFolder folder;
     static_cast<void>(jet::Database::Create(folder / "a.mdb", 40359));
     DatabasePool pool;
-    std::weak_ptr<jet::Database> seen = pool.Open(folder / "a.mdb", jet::Database::Access::ReadOnly);
-    EXPECT_TRUE(seen.expired());
+    DatabasePool otherProgram;
+    const auto write = [&] {
+        static_cast<void>(otherProgram.Open(folder / "a.mdb", jet::Database::Access::ReadWrite));
+    };
+    auto first = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    auto second = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    first.reset();
+    EXPECT_EQ(FaultOf(write), fault::kInUse);
+    second.reset();
+    EXPECT_EQ(FaultOf(write), 0);
 }
 
-TEST(DatabasePoolOpen, OpensTheNewFileOnceTheOldOneIsForgotten) {
-    const testing_support::TempFolder folder;
-    static_cast<void>(jet::Database::Create(folder / "a.mdb", 40359));
-    DatabasePool pool;
-    const auto old = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
-    pool.Forget(folder / "a.mdb");
-    EXPECT_NE(pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite), old);
+TEST_F(ConnectionTest, FaultsWhenItsFileWasReplaced) {
+    connection_.Execute("INSERT INTO STOCK (KEYNAME) VALUES (\"A\")");
+    connection_.BeginBatch();
+    connection_.Execute("INSERT INTO STOCK (KEYNAME) VALUES (\"B\")");
+    pool_.Forget(Path());
+    EXPECT_EQ(Refusal("INSERT INTO STOCK (KEYNAME) VALUES (\"C\")"), fault::kObjectNotSet);
+    connection_.EndBatch();
+    EXPECT_EQ(FaultOf([&] { connection_.BeginBatch(); }), fault::kObjectNotSet);
+    // The batch was given up; what comes to the path next is opened anew, for writing too.
+    EXPECT_EQ(Column("SELECT KEYNAME FROM STOCK"), Texts{"A"});
+    connection_.Open(ConnectionText());
+    connection_.Execute("INSERT INTO STOCK (KEYNAME) VALUES (\"C\")");
+    EXPECT_EQ(Column("SELECT KEYNAME FROM STOCK"), (Texts{"A", "C"}));
+    pool_.Forget(folder_ / "never-opened.mdb");
 }
 
 }  // namespace

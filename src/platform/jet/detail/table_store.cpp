@@ -13,7 +13,6 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
 constexpr std::size_t kNoPosition = static_cast<std::size_t>(-1);
 /// A page leaves the map of those with room when a row did not fit and less than this is free.
 constexpr std::size_t kWorthTrying = 128;
@@ -82,10 +81,13 @@ void TableStore::FindPositions() {
     for (std::size_t i = 0; i < stored_.table.columns.size(); ++i)
         positions_[stored_.table.columns[i].number] = i;
     indexPositions_.clear();
+    indexed_.assign(stored_.table.columns.size(), false);
     for (const StoredIndex& index : stored_.indexes) {
         auto& positions = indexPositions_.emplace_back();
-        for (const IndexColumn& each : index.columns)
+        for (const IndexColumn& each : index.columns) {
             positions.push_back(positions_[each.column]);
+            indexed_[positions.back()] = true;
+        }
     }
 }
 
@@ -124,12 +126,16 @@ RowView TableStore::MakeView(RowId id, PageNumber page, std::span<const std::byt
     view.columnCount_ = shape.columnCount;
     view.maskAt_ = shape.maskAt;
     view.variableCount_ = shape.variableCount;
+    view.fieldSize_ = shape.fieldSize;
+    view.jumpBytes_ = shape.jumpBytes;
+    view.jumps_ = shape.jumps;
     view.id_ = id;
     return view;
 }
 
 RowShape TableStore::ShapeOf(const RowView& view) const {
-    return {view.bytes_, view.columnCount_, view.maskAt_, view.variableCount_};
+    return {view.bytes_,     view.columnCount_, view.maskAt_, view.variableCount_,
+            view.fieldSize_, view.jumpBytes_,   view.jumps_};
 }
 
 TableStore::Home TableStore::Locate(RowId row) const {
@@ -142,7 +148,7 @@ TableStore::Home TableStore::Locate(RowId row) const {
                 throw Fault{fault::kNoCurrentRecord, "the record is not there any more", At(pager, {})};
             throw pager.Damaged(home.page, "a row of table " + stored_.table.name + " is expected here");
         }
-        if (step == 0 && home.slot >= SlotCount(page)) {
+        if (step == 0 && home.slot >= SlotCount(pager, home.page)) {
             throw Fault{fault::kNoCurrentRecord, "the record is not there any more", At(pager, {})};
         }
         const Slot slot = ReadSlot(pager, home.page, home.slot);
@@ -168,7 +174,7 @@ void TableStore::Scan(const std::function<bool(const RowView&)>& visit) const {
             throw pager.Damaged(number, "rows of table " + stored_.table.name + " are expected here");
         }
         // The count and the page are asked for at each step: the visitor may change the table.
-        for (unsigned i = 0; i < SlotCount(pager.Read(number)); ++i) {
+        for (unsigned i = 0; i < SlotCount(pager, number); ++i) {
             const Slot slot = ReadSlot(pager, number, i);
             if (slot.Hidden()) continue;
             const RowId id{number, static_cast<std::uint8_t>(i)};
@@ -195,7 +201,7 @@ Value TableStore::FieldValue(const RowShape& row, PageNumber page, std::size_t p
     Bytes data = ReadLongValue(store_.Pages(), page, *raw);
     if (column.type == ColumnType::Ole) return data;
     std::string text;
-    DecodeText(data, text);
+    DecodeText(data, column.codePage, text);
     return text;
 }
 
@@ -226,7 +232,7 @@ void TableStore::ViewAppendText(const RowView& view, std::size_t position, std::
     if (column.type == ColumnType::Text) {
         DecodeTextField(column, *raw, out);
     } else if (column.type == ColumnType::Memo) {
-        DecodeText(ReadLongValue(store_.Pages(), view.id_.page, *raw), out);
+        DecodeText(ReadLongValue(store_.Pages(), view.id_.page, *raw), column.codePage, out);
     }
 }
 
@@ -275,6 +281,24 @@ void TableStore::MakeKey(std::size_t index, std::span<const Value> values, std::
     if (allNull && definition.ignoreNulls) key.clear();
 }
 
+std::string TableStore::StoredKey(std::size_t index, std::span<const Value> values, RowId row) const {
+    std::string key;
+    try {
+        bool allNull = false;
+        MakeKey(index, values, key, allNull);
+    } catch (const Fault&) {
+        // The row breaks a rule of the index, or another program gave it a text that cannot be weighed here:
+        // its entry, if there is one, shows by the row that it names.
+        key.clear();
+        Tree(index).Scan([&](std::string_view entry) {
+            if (RowIdOf(entry) != row) return true;
+            key = entry.substr(0, entry.size() - 4);
+            return false;
+        });
+    }
+    return key;
+}
+
 std::string TableStore::KeyText(std::size_t index, std::span<const Value> values) const {
     std::string text;
     for (std::size_t position : indexPositions_[index]) {
@@ -318,7 +342,7 @@ std::optional<PageNumber> TableStore::PageWithRoom(std::size_t size) {
     if (insertPage_ != 0 && HasRoom(pager, insertPage_, size)) return insertPage_;
     UsageMap free = FreePages();
     if (insertPage_ != 0 &&
-        (FreeBytes(pager, insertPage_) < kWorthTrying || SlotCount(pager.Read(insertPage_)) >= kMaxSlots)) {
+        (FreeBytes(pager, insertPage_) < kWorthTrying || SlotCount(pager, insertPage_) >= kMaxSlots)) {
         free.Remove(insertPage_);
     }
     insertPage_ = 0;
@@ -332,7 +356,7 @@ std::optional<PageNumber> TableStore::PageWithRoom(std::size_t size) {
             insertPage_ = *page;
             return insertPage_;
         }
-        if (FreeBytes(pager, *page) < kWorthTrying || SlotCount(pager.Read(*page)) >= kMaxSlots)
+        if (FreeBytes(pager, *page) < kWorthTrying || SlotCount(pager, *page) >= kMaxSlots)
             free.Remove(*page);
     }
     return std::nullopt;
@@ -436,9 +460,7 @@ bool TableStore::PatchInPlace(RowId row, std::span<const std::size_t> positions,
         const ColumnDefinition& column = stored_.table.columns[positions[i]];
         if (!column.fixedLength || column.type == ColumnType::Boolean || IsNull(values[i])) return false;
         if (2 + std::size_t{column.fixedOffset} + column.byteLength > shape.maskAt) return false;
-        for (const auto& indexed : indexPositions_) {
-            if (std::find(indexed.begin(), indexed.end(), positions[i]) != indexed.end()) return false;
-        }
+        if (indexed_[positions[i]]) return false;
     }
     builder_.Begin(stored_);
     for (std::size_t i = 0; i < positions.size(); ++i)
@@ -477,7 +499,7 @@ void TableStore::Update(RowId row, std::span<const std::size_t> positions, std::
     for (std::size_t i = 0; i < positions.size(); ++i)
         changed[positions[i]] = true;
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (!IsLong(columns[i]) || changed[i]) oldValues[i] = FieldValue(shape, home.page, i);
+        if (!IsLong(columns[i]) || changed[i] || indexed_[i]) oldValues[i] = FieldValue(shape, home.page, i);
         values[i] = oldValues[i];
     }
     for (std::size_t i = 0; i < positions.size(); ++i) {
@@ -491,15 +513,13 @@ void TableStore::Update(RowId row, std::span<const std::size_t> positions, std::
     };
     std::vector<KeyChange> keyChanges;
     for (std::size_t i = 0; i < stored_.indexes.size(); ++i) {
-        bool oldNull = false;
+        const auto& indexed = indexPositions_[i];
+        if (std::none_of(indexed.begin(), indexed.end(), [&](std::size_t at) { return changed[at]; }))
+            continue;
         bool newNull = false;
         KeyChange change{i, {}, {}};
-        try {
-            MakeKey(i, oldValues, change.before, oldNull);
-        } catch (const Fault&) {
-            change.before.clear();  // the old row broke the rule, so it has no entry
-        }
         MakeKey(i, values, change.after, newNull);
+        change.before = StoredKey(i, oldValues, row);
         if (change.before == change.after) continue;
         CheckUnique(i, change.after, newNull, &row, values);
         keyChanges.push_back(std::move(change));
@@ -568,18 +588,13 @@ void TableStore::Delete(RowId row) {
     const RowShape shape = ParseRow(pager, home.page, bytes, stored_);
     std::vector<Value> values(stored_.table.columns.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!IsLong(stored_.table.columns[i])) values[i] = FieldValue(shape, home.page, i);
+        if (!IsLong(stored_.table.columns[i]) || indexed_[i]) values[i] = FieldValue(shape, home.page, i);
     }
     store_.Change([&] {
         CheckDataPage(pager, home.page);
         CheckDataPage(pager, row.page);
         for (std::size_t i = 0; i < stored_.indexes.size(); ++i) {
-            bool allNull = false;
-            try {
-                MakeKey(i, values, keys_[i], allNull);
-            } catch (const Fault&) {
-                continue;  // the row broke the rule of the index, so it has no entry
-            }
+            keys_[i] = StoredKey(i, values, row);
             if (keys_[i].empty()) continue;
             AppendRowId(row, keys_[i]);
             if (!Tree(i).Remove(keys_[i])) {
@@ -608,7 +623,7 @@ void TableStore::ReleaseIfEmpty(PageNumber page) {
         OwnedPages().Remove(page);
         store_.Allocator().Free(page, kFreedData);
         if (insertPage_ == page) insertPage_ = 0;
-    } else if (SlotCount(pager.Read(page)) < kMaxSlots && FreeBytes(pager, page) >= kWorthTrying) {
+    } else if (SlotCount(pager, page) < kMaxSlots && FreeBytes(pager, page) >= kWorthTrying) {
         free.Add(page, store_.Allocator());
     }
 }
@@ -705,7 +720,7 @@ void TableStore::AppendColumn(const NewColumn& column) {
     }
     ColumnDefinition planned = PlanColumn(column);
     if (planned.fixedLength && planned.type != ColumnType::Boolean &&
-        stored_.fixedAreaEnd + planned.byteLength > kLayout.maxRow - 64) {
+        stored_.fixedAreaEnd + planned.byteLength > pager.Format().maxRow - 64) {
         throw Fault{fault::kRecordTooLarge,
                     "the records of table " + stored_.table.name + " would get too large",
                     At(pager, column.name)};
@@ -716,7 +731,7 @@ void TableStore::AppendColumn(const NewColumn& column) {
         const std::vector<std::byte> empty = UsageMap::EmptyRow();
         PageNumber page = stored_.ownedMap.Page();
         CheckDataPage(pager, page);
-        if (SlotCount(pager.Read(page)) + 2 > kMaxSlots || FreeBytes(pager, page) < 2 * (empty.size() + 2)) {
+        if (SlotCount(pager, page) + 2 > kMaxSlots || FreeBytes(pager, page) < 2 * (empty.size() + 2)) {
             page = store_.Allocator().Allocate();
             FormatDataPage(pager, page, 0);
         }
@@ -730,13 +745,14 @@ void TableStore::AppendColumn(const NewColumn& column) {
 
 void TableStore::Flush() {
     if (!counts_.changed) return;
+    const Layout& layout = store_.Pages().Format();
     std::byte* const page = store_.Pages().Write(page_);
     const auto put = [&](std::size_t at, std::uint32_t value) {
         PutU32(stored_.bytes.data() + at, value);
-        if (at + 4 <= kLayout.pageSize) PutU32(page + at, value);
+        if (at + 4 <= layout.pageSize) PutU32(page + at, value);
     };
-    put(kLayout.rowCountAt, counts_.rows);
-    put(kLayout.autoNumberAt, counts_.autoNumber);
+    put(layout.rowCountAt, counts_.rows);
+    put(layout.autoNumberAt, counts_.autoNumber);
     for (std::size_t i = 0; i < stored_.indexes.size(); ++i) {
         put(stored_.indexes[i].countBlockAt + 4, counts_.distinct[i]);
     }

@@ -193,10 +193,6 @@ void Database::Commit() {
 void Database::Rollback() {
     store_->Rollback();
 }
-void Database::Retire() {
-    if (InTransaction()) Rollback();
-    store_->Pages().Retire();
-}
 bool Database::InTransaction() const {
     return store_->Pages().InTransaction();
 }

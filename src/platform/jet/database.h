@@ -149,9 +149,6 @@ class Database {
     void Commit();
     void Rollback();
     [[nodiscard]] bool InTransaction() const;
-    /// Gives up the writer's place, so that the file can be replaced or opened for writing anew: from here on
-    /// this object only reads. What was not committed is forgotten.
-    void Retire();
 
     /// Counts committed changes of the file by this object; a reader compares it to see whether its rows are
     /// stale.

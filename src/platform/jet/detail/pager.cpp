@@ -29,12 +29,6 @@ void Pager::SetJournal(std::unique_ptr<Journal> journal, std::unique_ptr<WriterG
     guard_ = std::move(guard);
 }
 
-void Pager::Retire() {
-    journal_.reset();
-    guard_.reset();
-    readOnly_ = true;
-}
-
 void Pager::SetOverlay(const Journal::OldPages& old) {
     DropAll();
     pageCount_ = storedCount_ = old.pageCount;

@@ -26,8 +26,6 @@ class Pager {
           bool readOnly);
     /// Where Commit keeps the old images, and the writer's place; a file for writing has both.
     void SetJournal(std::unique_ptr<Journal> journal, std::unique_ptr<WriterGuard> guard);
-    /// Lets go of both: reading only from here on.
-    void Retire();
     /// For reading a file whose last commit was broken off and cannot be rolled back on the disk: these pages
     /// are read in place of those in the file.
     void SetOverlay(const Journal::OldPages& old);

@@ -16,7 +16,6 @@ constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 1000;  // a guard; Access stops at 32
 constexpr std::size_t kIndexColumns = 10;
 constexpr std::uint16_t kNoColumn = 0xFFFF;
-constexpr std::uint32_t kNoIndex = 0xFFFFFFFF;
 
 bool IsLong(ColumnType type) {
     return type == ColumnType::Memo || type == ColumnType::Ole;
@@ -226,15 +225,18 @@ StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
         index.root = U32(block + 38);
         index.flags = U8(block + 46);
     }
-    struct Logical {
-        std::uint32_t realIndex;
-        std::uint8_t type;
-    };
-    std::vector<Logical> logicals;
     for (std::size_t i = 0; i < logicalCount; ++i) {
         const std::byte* const block = reader.Take(kLayout.logicalIndexBlock);
-        logicals.push_back({U32(block + 8), U8(block + 23)});
-        if (logicals.back().realIndex >= realCount)
+        stored.logicalIndexes.push_back({{},
+                                         U32(block + 4),
+                                         U32(block + 8),
+                                         U8(block + 23),
+                                         U8(block + 12),
+                                         U32(block + 13),
+                                         U32(block + 17),
+                                         U8(block + 21),
+                                         U8(block + 22)});
+        if (stored.logicalIndexes.back().realIndex >= realCount)
             throw pager.Damaged(page, "an index of the table does not exist");
     }
     stored.table.indexes.resize(realCount);
@@ -245,9 +247,10 @@ StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
         index.ignoreNulls = (stored.indexes[i].flags & kIndexIgnoreNulls) != 0;
         index.required = (stored.indexes[i].flags & kIndexRequired) != 0;
     }
-    for (const Logical& logical : logicals) {
+    for (LogicalIndex& logical : stored.logicalIndexes) {
         IndexDefinition& index = stored.table.indexes[logical.realIndex];
-        index.names.push_back(reader.Name());
+        logical.name = reader.Name();
+        index.names.push_back(logical.name);
         if (logical.type == 1) index.primaryKey = true;
         if (logical.type == 2) index.foreignKey = stored.hasRelationship = true;
     }
@@ -332,18 +335,20 @@ std::vector<std::byte> BuildDefinition(const PlannedTable& plan) {
         PutU8(block + 46, index.flags);
         AppendBlock(out, block, sizeof block);
     }
-    for (const PlannedLogicalIndex& logical : plan.logicalIndexes) {
+    for (const LogicalIndex& logical : plan.logicalIndexes) {
         std::byte block[kLayout.logicalIndexBlock] = {};
         PutU32(block, kDefinitionMark);
         PutU32(block + 4, logical.number);
         PutU32(block + 8, logical.realIndex);
-        PutU32(block + 13, kNoIndex);
-        PutU8(block + 21, 4);  // what Access writes for an index without a relationship
-        PutU8(block + 22, 4);
+        PutU8(block + 12, logical.side);
+        PutU32(block + 13, logical.otherIndex);
+        PutU32(block + 17, logical.otherTable);
+        PutU8(block + 21, logical.cascadeUpdates);
+        PutU8(block + 22, logical.cascadeDeletes);
         PutU8(block + 23, logical.type);
         AppendBlock(out, block, sizeof block);
     }
-    for (const PlannedLogicalIndex& logical : plan.logicalIndexes)
+    for (const LogicalIndex& logical : plan.logicalIndexes)
         AppendName(out, logical.name);
     for (const LongColumn& maps : plan.longColumns)
         AppendLongColumn(out, maps);

@@ -25,6 +25,18 @@ struct LongColumn {
     RowPointer ownedMap, freeMap;
 };
 
+/// A name with a role for a real index.
+struct LogicalIndex {
+    std::string name;
+    std::uint32_t number = 0, realIndex = 0;
+    std::uint8_t type = 0;  ///< 1 primary key, 2 one side of a relationship
+    // what a relationship says; the rest is what Access writes for an index without one
+    std::uint8_t side = 0;
+    std::uint32_t otherIndex = 0xFFFFFFFF;  ///< number of the logical index of the other table
+    PageNumber otherTable = 0;
+    std::uint8_t cascadeUpdates = 4, cascadeDeletes = 4;
+};
+
 /// A definition with the places of its parts, so that it can be changed without losing a byte it does not
 /// know.
 struct StoredDefinition {
@@ -32,6 +44,7 @@ struct StoredDefinition {
     std::vector<PageNumber> chain;
     std::vector<std::byte> bytes;  ///< the joined definition, page header of the first page included
     std::vector<StoredIndex> indexes;
+    std::vector<LogicalIndex> logicalIndexes;
     std::vector<LongColumn> longColumns;
     RowPointer ownedMap, freeMap;
     std::uint32_t rowCount = 0;
@@ -63,17 +76,12 @@ struct PlannedIndex {
     RowPointer ownedMap;
     PageNumber root = 0;
 };
-struct PlannedLogicalIndex {
-    std::string name;
-    std::uint32_t number = 0, realIndex = 0;
-    std::uint8_t type = 0;  ///< 1 primary key
-};
 struct PlannedTable {
     bool system = false;
     std::vector<PlannedColumn> columns;  ///< in the order of the descriptors
     std::uint16_t maxColumns = 0, variableCount = 0;
     std::vector<PlannedIndex> indexes;
-    std::vector<PlannedLogicalIndex> logicalIndexes;
+    std::vector<LogicalIndex> logicalIndexes;
     std::vector<LongColumn> longColumns;
     RowPointer ownedMap, freeMap;
 };

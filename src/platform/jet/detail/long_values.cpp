@@ -98,8 +98,8 @@ std::vector<std::byte> ReadLongValue(Pager& pager, PageNumber rowPage, std::span
 }
 
 std::vector<std::byte> WriteLongValue(Pager& pager, PageAllocator& allocator, UsageMap owned, UsageMap free,
-                                      std::span<const std::byte> data) {
-    if (data.size() <= kLayout.maxInlineLongValue) {
+                                      std::span<const std::byte> data, bool mayInline) {
+    if (data.empty() || (mayInline && data.size() <= kLayout.maxInlineLongValue)) {
         std::vector<std::byte> stored = MakeHeader(kInline, data.size(), {});
         stored.insert(stored.end(), data.begin(), data.end());
         return stored;

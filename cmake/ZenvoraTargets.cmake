@@ -14,9 +14,9 @@ target_compile_options(zenvora_options INTERFACE -Wall -Wextra -Wconversion -Wpe
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(zenvora_options INTERFACE -fpch-preprocess)
     if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-        # These three report string concatenations of the library itself, wrongly (mended in g++ 13).
+        # These report string concatenations of the library itself, wrongly (mended in g++ 13).
         target_compile_options(zenvora_options INTERFACE -Wno-array-bounds -Wno-restrict
-                               -Wno-stringop-overflow)
+                               -Wno-stringop-overflow -Wno-stringop-overread)
     endif()
 endif()
 if(ZENVORA_WERROR)

@@ -34,7 +34,7 @@ std::string GetListMedian(const SortedList& list) {
     const int count = list.ListCount();
     if (count == 0) return "0";
     if (count % 2 == 1) return list.List(count / 2);
-    const std::string lower = list.List(count / 2 - 1);
+    std::string lower = list.List(count / 2 - 1);
     const std::string upper = list.List(count / 2);
     const std::optional<double> lowerValue = text::NumericValue(lower);
     if (!lowerValue || !text::IsNumeric(upper)) return lower;
@@ -71,7 +71,7 @@ double GetListAverage(const SortedList& list, controls::Desktop& desktop) {
 }
 
 std::string FormatWithCommas(std::string_view text) {
-    const std::string value = common::UpTrim(text);
+    std::string value = common::UpTrim(text);
     if (!text::IsNumeric(value)) return value;
     const std::size_t point = value.find('.');
     std::string fraction = point == std::string::npos ? std::string{} : value.substr(point);

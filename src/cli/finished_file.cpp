@@ -4,6 +4,7 @@
 
 #include "cli/failure.h"
 #include "platform/files/host_file.h"
+#include "platform/text/utf8.h"
 
 namespace zenvora::cli {
 
@@ -59,6 +60,16 @@ FinishedFile::FinishedFile(const fs::path& target, bool replace) : target_(Behin
 FinishedFile::~FinishedFile() {
     std::error_code ignored;
     if (!finished_) fs::remove(path_, ignored);
+}
+
+void FinishedFile::Make(const std::function<void(const fs::path&)>& make) const {
+    try {
+        make(path_);
+    } catch (Fault& fault) {
+        fault.description = text::ReplaceAll(fault.description, Shown(path_), Shown(target_));
+        if (fault.place.file == Shown(path_)) fault.place.file = Shown(target_);
+        throw;
+    }
 }
 
 void FinishedFile::Finish() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 
 namespace zenvora::cli {
 
@@ -16,7 +17,10 @@ class FinishedFile {
     FinishedFile(const FinishedFile&) = delete;
     FinishedFile& operator=(const FinishedFile&) = delete;
 
-    /// Where to make it. Nothing stands there yet.
+    /// Makes it: `make` is given a path where nothing stands yet. A fault that names this path comes out with
+    /// the target's name, the one that the user knows.
+    void Make(const std::function<void(const std::filesystem::path&)>& make) const;
+    /// Where it is made.
     [[nodiscard]] const std::filesystem::path& Path() const noexcept { return path_; }
     /// Puts it in its place. Faults: as HostDisk::Rename; the old file then stands where it stood.
     void Finish();

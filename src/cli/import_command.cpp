@@ -91,8 +91,11 @@ class ImportCommand final : public Command {
 
         FinishedFile file(HostPath(databook_), force_);
         job.databook = Shown(file.Path());
-        const auto makeDatabook = [&] { databook::CreateTemplate(file.Path(), call.session.clock.Now()); };
-        const auto result = importing::ImportFile(call.session, job, makeDatabook, AlwaysTo(job.databook));
+        importing::ImportResult result;
+        file.Make([&](const fs::path& path) {
+            const auto makeDatabook = [&] { databook::CreateTemplate(path, call.session.clock.Now()); };
+            result = importing::ImportFile(call.session, job, makeDatabook, AlwaysTo(job.databook));
+        });
         WriteLog(result.log, call.io.out);
         file.Finish();
 

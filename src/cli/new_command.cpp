@@ -20,7 +20,7 @@ class NewCommand final : public Command {
 
     Exit Run(Call& call) override {
         FinishedFile file(HostPath(databook_), force_);
-        databook::CreateTemplate(file.Path(), call.session.clock.Now());
+        file.Make([&](const auto& path) { databook::CreateTemplate(path, call.session.clock.Now()); });
         file.Finish();
         switch (call.format) {
             case OutputFormat::Text:

@@ -52,7 +52,7 @@ std::string RefuseNoEffectiveDate(const std::string& text) {
 
 CLI::App* Declare(CLI::App& program, Command& command, CommonOptions& options) {
     const auto& verb = command.GetVerb();
-    auto* arguments = program.add_subcommand(verb.name, verb.summary);
+    auto* arguments = program.add_subcommand(verb.name, verb.summary)->group("Commands");
     command.Declare(*arguments);
     const std::string common = "Common options";
     arguments->add_option("--format", options.format, "How the result is written: text, json or csv")
@@ -137,6 +137,12 @@ Exit RunProgram(const std::vector<std::string>& arguments, const Environment& en
         " COMMAND --help\nExit status: 0 done; 1 done, but something was refused or not found; 2 the command "
         "line is wrong;\n3 a file cannot be opened, read or written, or is no Databook.");
     program.require_subcommand(1);
+    const auto formatter = program.get_formatter();
+    formatter->label("SUBCOMMAND", "COMMAND");
+    formatter->label("Positionals", "Arguments");
+    formatter->label("REQUIRED", "");
+    formatter->label("TEXT", "");
+    formatter->column_width(24);
 
     CommonOptions options;
     const auto commands = AllCommands();
@@ -152,6 +158,10 @@ Exit RunProgram(const std::vector<std::string>& arguments, const Environment& en
     const bool isKnown = verb != arguments.end() &&
                          std::any_of(commands.begin(), commands.end(),
                                      [&](const auto& command) { return command->GetVerb().name == *verb; });
+    if (arguments.empty()) {
+        PrintLine(environment.io.err, "", std::string("name a command (see ") + kName + " --help)");
+        return Exit::BadCommandLine;
+    }
     if (verb != arguments.end() && !isKnown) {
         PrintLine(environment.io.err, "", "there is no command \"" + *verb + "\" (see " + kName + " --help)");
         return Exit::BadCommandLine;
@@ -168,7 +178,11 @@ Exit RunProgram(const std::vector<std::string>& arguments, const Environment& en
         program.parse(backwards);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-            program.exit(error, environment.io.out, environment.io.err);
+            if (dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr) {
+                environment.io.out << error.what() << '\n';
+            } else {
+                program.exit(error, environment.io.out, environment.io.err);
+            }
             return Exit::Done;
         }
         const auto at = chosen();

@@ -126,6 +126,7 @@ void frmCSVWizard::LoadMap(const std::string& path) {
 
 void frmCSVWizard::SaveMap(const std::string& path) {
     std::vector<std::string> rows;
+    rows.reserve(static_cast<std::size_t>(lbMappings.ListCount()));
     for (int row = 0; row < lbMappings.ListCount(); ++row)
         rows.push_back(lbMappings.List(row));
     WriteMapFile(disk_, path, rows);
@@ -152,7 +153,7 @@ bool frmCSVWizard::IsMapped(std::string_view caption) const {
     return false;
 }
 
-int frmCSVWizard::SelectedListIndex(const WizardList& list) {
+int frmCSVWizard::SelectedListIndex(const controls::ListBox& list) {
     return list.ListIndex();
 }
 

@@ -12,8 +12,8 @@
 #include "import/load_outcome.h"
 #include "import/load_target.h"
 #include "import/source_grid.h"
-#include "import/wizard_list.h"
 #include "platform/controls/desktop.h"
+#include "platform/controls/list_box.h"
 #include "platform/files/host_file.h"
 #include "platform/shell/clock.h"
 #include "platform/text/date.h"
@@ -36,29 +36,28 @@ class frmCSVWizard {
     std::string CSVFilename;
     text::Date CSVFiledate = 0;  ///< last change of the source file; listing dates are derived from it
     std::string CSVMDBFilename;  ///< a Databook that exists when LoadDB runs
-    bool DetailedView = false;   ///< shown instead of unattended
     std::string g_MapFileName;   ///< empty: LoadMapFile asks for it
+    bool DetailedView = false;   ///< shown instead of unattended
     bool LogWanted = true;       ///< false: LoadDB leaves ListBox1 alone, which saves time on large sources
 
-    // The dialog's controls.
-    SourceGrid DataGridView1;  ///< row 0 names the columns, the source's rows follow
-    WizardList lbSourceFields{"lbSourceFields"};
-    WizardList lbDestFields{"lbDestFields"};
-    WizardList lbMappings{"lbMappings"};  ///< a row is the whole of a mapping: "Sale Dt <-> Sale Date"
-    WizardList lbScratch{"lbScratch"};
-    LoadLog ListBox1;
+    // The dialog and its controls.
+    bool cbHeaderRow = true;
+    bool btnShowAdvanced1Visible = true;  ///< the lower panel is closed; else btnShowAdvanced2 can close it
+    bool isUnloaded = false;  ///< a load has ended the dialog: its view closes and brings the main window up
+    int heightTwips = 7515;
     struct {
-        bool visible = false;
         int minimum = 0;
         int maximum = 0;
         int value = 0;
+        bool visible = false;
     } pbLoadStatus;
-    bool cbHeaderRow = true;
     controls::FileDialog dlgMaps;
-    bool btnShowAdvanced1Visible =
-        true;  ///< the lower panel is closed; else btnShowAdvanced2 is there to close it
-    int heightTwips = 7515;
-    bool isUnloaded = false;  ///< a load has ended the dialog: its view closes and brings the main window up
+    SourceGrid DataGridView1;  ///< row 0 names the columns, the source's rows follow
+    controls::ListBox lbSourceFields{"lbSourceFields"};
+    controls::ListBox lbDestFields{"lbDestFields"};
+    controls::ListBox lbMappings{"lbMappings"};  ///< a row is the whole of a mapping: "Sale Dt <-> Sale Date"
+    controls::ListBox lbScratch{"lbScratch"};
+    LoadLog ListBox1;
 
     /// The destination fields with what is mapped to them.
     [[nodiscard]] const std::vector<DestinationField>& FieldName() const noexcept { return fields_; }
@@ -94,7 +93,7 @@ class frmCSVWizard {
     void LoadMasterFieldArrayMap();
     /// True when a row of lbMappings holds the caption anywhere, source side included.
     [[nodiscard]] bool IsMapped(std::string_view caption) const;
-    [[nodiscard]] static int SelectedListIndex(const WizardList& list);
+    [[nodiscard]] static int SelectedListIndex(const controls::ListBox& list);
     void AddMapItem(std::string_view source, std::string_view destination);
     /// Sends every row of the grid to the Databook as a statement of its own. A refused row is logged and the
     /// load goes on. Faults: those of LoadTarget::Open and Close; 13 or 6 when the listing date of the first
@@ -125,11 +124,11 @@ class frmCSVWizard {
     LoadTarget& target_;
     files::HostDisk& disk_;
     std::vector<DestinationField> fields_;
-    DelimitedFormat format_;
     std::vector<std::uint32_t> lines_;  // of the source file, by grid row
     std::string mapFile_;               // loaded last
     long badMapLine_ = 0;               // first line of it that is no mapping
     LoadOutcome outcome_;
+    DelimitedFormat format_;
 };
 
 /// The reader for a source file by its extension, whatever its case: CSV and TXT, or XML. Nothing for any

@@ -21,7 +21,9 @@ bool IsFilled(std::string_view date) {
 
 /// Digits run together: 03152009 becomes 03/15/2009.
 std::string WithSlashes(std::string_view value) {
-    return text::Left(value, 2) + "/" + text::Mid(value, 3, 2) + "/" + text::Mid(value, 5, 4);
+    std::string text = text::Left(value, 2);
+    text.append("/").append(text::Mid(value, 3, 2)).append("/").append(text::Mid(value, 5, 4));
+    return text;
 }
 
 Place InField(const char* caption) {
@@ -79,7 +81,7 @@ void InsertStatement::Collect(const SourceGrid& grid, int row, LoadLog* log) {
         value = text::TrimView(cell);
         if (value.empty()) {
             if (mapped.field.type == FieldType::Date) value = kMissingDate;
-            if (mapped.field.type == FieldType::Number) value = "0";
+            if (mapped.field.type == FieldType::Number) value.assign(1, '0');
         } else if (mapped.field.type == FieldType::Date && value.find_first_of("/-") == std::string::npos) {
             value = WithSlashes(value);
         }
@@ -160,9 +162,8 @@ std::string InsertStatement::ListingDate(std::string_view value) {
         } else if (!catching_) {
             throw Fault{fault::kTypeMismatch,
                         "\"" + saleDate_ +
-                            "\" is no date, so the listing date cannot be worked out from the days on "
-                            "market. Correct the "
-                            "sale date or map another column, and import again.",
+                            "\" is no date, and the listing date of days on market is counted from it. "
+                            "Correct the sale date or map another column, and import again.",
                         InField("Sale Date")};
         }
     } else {

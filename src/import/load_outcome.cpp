@@ -65,22 +65,33 @@ const MappedColumn* FindColumn(const Columns& columns, std::string_view name) {
     return found == columns.end() ? nullptr : &*found;
 }
 
-/// Why a value did not go into its column: the column that the store named, else the first date that is none.
-RefusedRow ExplainValue(const Fault& fault, const InsertStatement& statement) {
+/// The column whose value the store would not take: the one that it named, else the first date that is none.
+const MappedColumn* BlamedColumn(const Fault& fault, const InsertStatement& statement) {
     const LoadPlan& plan = statement.Plan();
-    const MappedColumn* blamed = FindColumn(plan.columns, fault.place.column);
-    for (const MappedColumn& mapped : plan.columns) {
-        const std::string& value =
-            statement.Values()[static_cast<std::size_t>(&mapped - plan.columns.data())];
-        const bool isBadDate = blamed == nullptr && mapped.field.type == FieldType::Date &&
-                               !text::TextToDate(value, plan.currentYear).has_value();
-        if (&mapped != blamed && !isBadDate) continue;
-        if (fault.number == fault::kTooLong) return Reason("too long for", mapped.field, value);
-        if (fault.number == fault::kTypeMismatch)
-            return Reason(mapped.field.type == FieldType::Date ? "no date in" : "no number in", mapped.field,
-                          value);
+    if (const MappedColumn* named = FindColumn(plan.columns, fault.place.column)) return named;
+    for (std::size_t k = 0; k < plan.columns.size(); ++k) {
+        const bool isDate = plan.columns[k].field.type == FieldType::Date;
+        if (isDate && !text::TextToDate(statement.Values()[k], plan.currentYear)) return &plan.columns[k];
     }
-    return {.reason = fault.description};
+    return nullptr;
+}
+
+RefusedRow ExplainValue(const Fault& fault, const InsertStatement& statement, const SourceGrid& grid,
+                        int row) {
+    const bool isTooLong = fault.number == fault::kTooLong;
+    const MappedColumn* blamed = BlamedColumn(fault, statement);
+    if (blamed == nullptr || (!isTooLong && fault.number != fault::kTypeMismatch))
+        return {.reason = fault.description};
+    const DestinationField& field = blamed->field;
+    const std::string_view cell = text::TrimView(grid.TextMatrix(row, blamed->gridColumn));
+    RefusedRow refused = Reason(isTooLong                       ? "too long for"
+                                : field.type == FieldType::Date ? "no date in"
+                                                                : "no number in",
+                                field, cell);
+    const std::string& value =
+        statement.Values()[static_cast<std::size_t>(blamed - statement.Plan().columns.data())];
+    if (value != cell) refused.reason += " (sent as " + value + ")";
+    return refused;
 }
 
 }  // namespace
@@ -112,7 +123,7 @@ RefusedRow ExplainRefusal(const Fault& fault, const InsertStatement& statement, 
             if (address.empty()) return {.reason = "no address", .field = "Address"};
             return {.reason = fault.description};
         default:
-            return ExplainValue(fault, statement);
+            return ExplainValue(fault, statement, grid, row);
     }
 }
 

@@ -14,7 +14,7 @@ namespace zenvora::importing {
 struct RefusedRow {
     long row = 0;             ///< grid row, as in the log
     long line = 0;            ///< line of the source file, 0 for a row that stands on none
-    std::string reason = {};  ///< in clear words, the value included: `no date in "Sale Date": 20/09/0315`
+    std::string reason = {};  ///< in clear words, the value included: `no date in "Sale Date": 13/32/2026`
     std::string field = {};   ///< caption of the field that is to blame, empty when it is the whole row
     bool isBlank = false;     ///< every cell is blank; no error, the line behind a last line break is one
 };

@@ -52,6 +52,7 @@ inline constexpr int kNoSuchTable = 3078;
 inline constexpr int kTableExists = 3010;
 inline constexpr int kColumnExists = 3380;
 inline constexpr int kSyntax = 3134;        ///< a statement that is none of the accepted forms
+inline constexpr int kInUse = 3045;             ///< somebody else has the Databook open for writing
 inline constexpr int kReadOnly = 3027;      ///< a write to a Databook that is open for reading only
 inline constexpr int kNotADatabook = 3343;  ///< the file is no database of a kind we know
 inline constexpr int kDamaged = 3049;       ///< the file is a database with damage

@@ -46,6 +46,10 @@ INSTANTIATE_TEST_SUITE_P(
                     // 18,000,001 lies midway between the single-precision numbers 18,000,000 and 18,000,002.
                     MedianCase{"SumAbove16777216", {"9000000", "9000001"}, "9000000"},
                     // 20,000,001 becomes 20,000,000 on its way; the sum 40,000,001 becomes 40,000,000.
+                    // The upper entry becomes 20,000,004; the sum 40,000,003 becomes 40,000,004. Without the
+                    // first of these
+                    // steps 40,000,002 would lie midway and become 40,000,000.
+                    MedianCase{"UpperEntryAbove16777216", {"19999999", "20000003"}, "20000002"},
                     MedianCase{"EntriesAbove16777216", {"20000001", "20000001"}, "20000000"},
                     MedianCase{"LargestExactSum", {"8388607", "8388609"}, "8388608"},
                     MedianCase{"TextsGiveTheLower", {"abc", "abd"}, "abc"},

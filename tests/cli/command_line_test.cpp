@@ -38,7 +38,9 @@ TEST_F(CommandLine, TakesTheCommonOptionsEverywhere) {
 }
 
 TEST_F(CommandLine, SaysItsVersion) {
-    EXPECT_EQ(MustRun({"--version"}).substr(0, 12), "zenvora-cli ");
+    const auto out = MustRun({"--version"});
+    EXPECT_EQ(out.substr(0, 12), "zenvora-cli ");
+    EXPECT_EQ(out.back(), '\n');
 }
 
 TEST_F(CommandLine, EndsOptionsAtTwoDashes) {
@@ -72,7 +74,7 @@ TEST_P(WrongCommandLine, GivesStatusTwoAndOneLineThatSaysWhy) {
 INSTANTIATE_TEST_SUITE_P(
     Lines, WrongCommandLine,
     testing::Values(
-        WrongLine{"NoCommand", {}, "command is required"},
+        WrongLine{"NoCommand", {}, "name a command"},
         WrongLine{"UnknownCommand", {"frobnicate"}, "no command \"frobnicate\""},
         WrongLine{"NoDatabook", {"calc"}, "DATABOOK"}, WrongLine{"NoKey", {"select", "a.mdb"}, "KEY"},
         WrongLine{"NoState", {"select", "a.mdb", "12 OAK ST"}, "STATE"},

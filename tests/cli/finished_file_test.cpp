@@ -38,6 +38,22 @@ TEST(FinishedFile, LeavesNothingWhenItIsNotFinished) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
 }
 
+TEST(FinishedFile, FaultsNameTheTarget) {
+    const TempFolder folder;
+    const FinishedFile file(folder / "A.mdb", false);
+    try {
+        file.Make([](const fs::path& path) {
+            Place place;
+            place.file = path.string();
+            throw Fault{fault::kDiskFull, "Cannot write \"" + path.string() + "\"", place};
+        });
+        FAIL() << "the fault was swallowed";
+    } catch (const Fault& fault) {
+        EXPECT_EQ(fault.description, "Cannot write \"" + (folder / "A.mdb").string() + "\"");
+        EXPECT_EQ(fault.place.file, (folder / "A.mdb").string());
+    }
+}
+
 TEST(FinishedFile, KeepsTheOneThatItReplaces) {
     const TempFolder folder;
     folder.Write("A.mdb", "old");

@@ -113,7 +113,8 @@ def main():
         # Status 1: some rows of the sample are refused, as they are meant to be.
         if subprocess.run([cli, "import", source, "--into", databook, "--quiet"], check=False).returncode not in (0, 1):
             return 1
-        calculated = json.loads(subprocess.run([cli, "calc", databook, "--date", str(effective), "--format", "json"],
+        calculated = json.loads(subprocess.run([cli, "calc", databook, "--date", str(effective), "--today", str(effective),
+                                                "--format", "json"],
                                                capture_output=True, check=True).stdout)["results"]
         recomputed = figures(read_table(databook), effective)
     if not all(int(count) > 0 for count in recomputed["txtTotalC"] + recomputed["txtTotalL"]):

@@ -16,7 +16,7 @@ using testing_support::Row;
 constexpr const char* kNoMappings =
     "There are no field mappings specified. Either set them up now or load an existing Map";
 
-Row ItemsOf(const WizardList& list) {
+Row ItemsOf(const controls::ListBox& list) {
     Row items;
     for (int at = 0; at < list.ListCount(); ++at)
         items.push_back(list.List(at));

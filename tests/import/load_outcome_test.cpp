@@ -97,7 +97,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {"Address", "Sale Date"},
                    {"12 Oak St", "20090315"},
                    fault::kTypeMismatch,
-                   "no date in \"Sale Date\": 20/09/0315",
+                   "no date in \"Sale Date\": 20090315 (sent as 20/09/0315)",
                    "Sale Date"},
         ReasonCase{"DatesFilledTwice",
                    {"Days On Market", "Original Listing Date"},

@@ -73,7 +73,46 @@ class SystemFile final : public HostFile {
         }
     }
 
+    FileStamp Stamp() override {
+        struct stat status {};
+        if (::fstat(descriptor_, &status) != 0) throw HostFault(errno, "look at", path_);
+        return {static_cast<std::uint64_t>(status.st_size),
+                static_cast<std::int64_t>(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec};
+    }
+
+    // Locks of the open file description: unlike the older ones of a process they do not vanish when another
+    // part of the program closes the same file.
+    LockAnswer TryLock(std::uint64_t offset, std::uint64_t length, LockKind kind) override {
+        struct flock range = Range(kind == LockKind::Shared ? F_RDLCK : F_WRLCK, offset, length);
+        return Answer(Uninterrupted([&] { return ::fcntl(descriptor_, F_OFD_SETLK, &range); }));
+    }
+
+    void Unlock(std::uint64_t offset, std::uint64_t length) override {
+        struct flock range = Range(F_UNLCK, offset, length);
+        static_cast<void>(Uninterrupted([&] { return ::fcntl(descriptor_, F_OFD_SETLK, &range); }));
+    }
+
+    LockAnswer TestLock(std::uint64_t offset, std::uint64_t length) override {
+        struct flock range = Range(F_WRLCK, offset, length);
+        const int result = Uninterrupted([&] { return ::fcntl(descriptor_, F_OFD_GETLK, &range); });
+        if (result != 0) return LockAnswer::Unsupported;
+        return range.l_type == F_UNLCK ? LockAnswer::Taken : LockAnswer::Held;
+    }
+
   private:
+    static struct flock Range(short type, std::uint64_t offset, std::uint64_t length) {
+        struct flock range {};
+        range.l_type = type;
+        range.l_whence = SEEK_SET;
+        range.l_start = static_cast<off_t>(offset);
+        range.l_len = static_cast<off_t>(length);
+        return range;
+    }
+    static LockAnswer Answer(int result) {
+        if (result == 0) return LockAnswer::Taken;
+        return errno == EAGAIN || errno == EACCES ? LockAnswer::Held : LockAnswer::Unsupported;
+    }
+
     [[nodiscard]] Fault EndsEarly(std::uint64_t offset) const {
         Place place;
         place.file = path_.string();

@@ -7,6 +7,13 @@
 
 namespace zenvora::jet {
 
+using detail::CheckHeader;
+using detail::CommitLock;
+using detail::Journal;
+using detail::NewFile;
+using detail::Store;
+using detail::WriterGuard;
+
 bool RowView::IsNull(std::size_t column) const {
     return table_->ViewIsNull(*this, column);
 }
@@ -27,18 +34,23 @@ const TableDefinition& Table::Definition() const {
     return store_->Definition();
 }
 std::uint32_t Table::RowCount() const {
+    const Store::Reading reading(store_->Owner());
     return store_->RowCount();
 }
 void Table::Scan(const std::function<bool(const RowView&)>& visit) const {
+    const Store::Reading reading(store_->Owner());
     store_->Scan(visit);
 }
 void Table::ScanIndex(std::size_t index, const std::function<bool(RowId)>& visit) const {
+    const Store::Reading reading(store_->Owner());
     store_->ScanIndex(index, visit);
 }
 std::vector<Value> Table::Read(RowId row) const {
+    const Store::Reading reading(store_->Owner());
     return store_->Read(row);
 }
 std::optional<RowId> Table::Find(std::size_t index, std::span<const Value> key) const {
+    const Store::Reading reading(store_->Owner());
     return store_->Find(index, key);
 }
 RowId Table::Insert(std::span<const Value> values) {
@@ -73,22 +85,79 @@ detail::Store& detail::StoreOf(Database& database) {
 Database::Database(std::unique_ptr<detail::Store> store) : store_(std::move(store)) {}
 Database::~Database() = default;
 
+namespace {
+
+std::string NoticeOf(const Journal::Recovery& recovery) {
+    switch (recovery.outcome) {
+        case Journal::Outcome::RolledBack:
+            return "the last change of the Databook had been broken off: it was undone, everything before it "
+                   "is there";
+        case Journal::Outcome::KeptAside:
+            return "a change of the Databook had been broken off, and another program has changed the file "
+                   "since: "
+                   "nothing was undone. What stood in its pages before was kept in " +
+                   recovery.keptAs.string() + ". Check the Databook (zenvora-cli verify)";
+        case Journal::Outcome::Nothing:
+            break;
+    }
+    return {};
+}
+
+/// Rolls a broken-off commit back for somebody who only wants to read. Where that is not possible (no right
+/// to write, somebody else at work) the reader gets the old pages in memory instead.
+std::string RecoverForReading(files::HostDisk& disk, const std::filesystem::path& path) {
+    if (!disk.Exists(Journal::PathOf(path))) return {};
+    try {
+        const std::shared_ptr<files::HostFile> file = disk.Open(path, files::OpenMode::ReadWrite);
+        const WriterGuard guard(disk, path, file);
+        return NoticeOf(Journal::Recover(disk, path, *file));
+    } catch (const Fault&) {
+        return {};
+    }
+}
+
+}  // namespace
+
 std::unique_ptr<Database> Database::Open(const std::filesystem::path& path, Access access,
                                          files::HostDisk& disk) {
-    const bool readOnly = access == Access::ReadOnly;
-    std::unique_ptr<files::HostFile> file =
-        disk.Open(path, readOnly ? files::OpenMode::ReadOnly : files::OpenMode::ReadWrite);
-    detail::CheckHeader(*file, path, !readOnly);
-    auto store = std::make_unique<detail::Store>(std::move(file), path, readOnly);
+    if (access == Access::ReadOnly) {
+        const std::string notice = RecoverForReading(disk, path);
+        const std::shared_ptr<files::HostFile> file = disk.Open(path, files::OpenMode::ReadOnly);
+        std::unique_ptr<Store> store;
+        {
+            const CommitLock still(*file, path, files::LockKind::Shared);
+            CheckHeader(*file, path, false);
+            const auto overlay = Journal::Peek(disk, path, *file);
+            store = std::make_unique<Store>(file, path, true);
+            if (overlay) store->Pages().SetOverlay(*overlay);
+            store->LoadCatalog();
+        }
+        std::unique_ptr<Database> database(new Database(std::move(store)));
+        database->notice_ = notice;
+        return database;
+    }
+    const std::shared_ptr<files::HostFile> file = disk.Open(path, files::OpenMode::ReadWrite);
+    auto guard = std::make_unique<WriterGuard>(disk, path, file);
+    const std::string notice = NoticeOf(Journal::Recover(disk, path, *file));
+    CheckHeader(*file, path, true);
+    auto journal = std::make_unique<Journal>(disk, path);
+    auto store = std::make_unique<Store>(file, path, false);
+    store->Pages().SetJournal(std::move(journal), std::move(guard));
     store->LoadCatalog();
-    return std::unique_ptr<Database>(new Database(std::move(store)));
+    std::unique_ptr<Database> database(new Database(std::move(store)));
+    database->notice_ = notice;
+    return database;
 }
 
 std::unique_ptr<Database> Database::Create(const std::filesystem::path& path, text::Date now,
                                            files::HostDisk& disk) {
-    std::unique_ptr<files::HostFile> file = disk.Open(path, files::OpenMode::CreateNew);
+    const std::shared_ptr<files::HostFile> file = disk.Open(path, files::OpenMode::CreateNew);
     try {
-        return std::unique_ptr<Database>(new Database(detail::NewFile(std::move(file), path, now)));
+        auto guard = std::make_unique<WriterGuard>(disk, path, file);
+        auto journal = std::make_unique<Journal>(disk, path);
+        std::unique_ptr<Store> store = NewFile(file, path, now);
+        store->Pages().SetJournal(std::move(journal), std::move(guard));
+        return std::unique_ptr<Database>(new Database(std::move(store)));
     } catch (...) {
         disk.Remove(path);  // half a database is worse than none
         throw;
@@ -106,6 +175,7 @@ std::vector<std::string> Database::TableNames() const {
 }
 
 Table& Database::OpenTable(std::string_view name) {
+    const Store::Reading reading(*store_);
     if (Table* table = store_->FindTable(name)) return *table;
     throw Fault{fault::kNoSuchTable, "the Databook has no table " + std::string(name),
                 Place{Path().string()}};

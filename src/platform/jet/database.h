@@ -131,6 +131,9 @@ class Database {
 
     [[nodiscard]] const std::filesystem::path& Path() const;
     [[nodiscard]] bool IsReadOnly() const;
+    /// What the user must know about the opening: that an unfinished change was undone, or that it could not
+    /// be because another program has changed the file since. Empty when there is nothing to say.
+    [[nodiscard]] const std::string& Notice() const;
 
     /// Names of the user tables, sorted.
     [[nodiscard]] std::vector<std::string> TableNames() const;
@@ -154,6 +157,7 @@ class Database {
     friend detail::Store& detail::StoreOf(Database&);
     explicit Database(std::unique_ptr<detail::Store> store);
     std::unique_ptr<detail::Store> store_;
+    std::string notice_;
 };
 
 /// Compares two texts in the General order of the format, the order of its text keys: negative, 0 or

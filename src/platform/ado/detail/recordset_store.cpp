@@ -33,6 +33,8 @@ RecordsetStore::RecordsetStore(const std::shared_ptr<OpenFile>& file, const Sele
       clock_(clock),
       selection_(ReadSelection(file->Database(), statement, clock)),
       rows_(selection_.rows),
+      cells_(rows_.Cells().data()),
+      fieldCount_(selection_.fieldCount),
       rowChangesSeen_(file->RowChanges()) {
     const std::vector<jet::ColumnDefinition>& columns = selection_.table->Definition().columns;
     for (std::size_t field = 0; field < selection_.fieldCount; ++field) {

@@ -47,18 +47,14 @@ class RecordsetStore {
     [[nodiscard]] bool IsNull(int field) const;
     [[nodiscard]] double Number(int field) const {
         // The road of every calculation: a record without a pending change, a plain number.
-        if (row_ != nullptr && static_cast<std::size_t>(field) < fields_.size()) {
-            const Cell& cell = rows_.Cells()[static_cast<std::size_t>(field)];
-            if (cell.kind == CellKind::Number) return RecordRows::Number(row_, cell);
-        }
-        return NumberTheLongWay(field);
+        const Cell* const cell = PlainCell(field);
+        return cell != nullptr && cell->kind == CellKind::Number ? RecordRows::Number(row_, *cell)
+                                                                 : NumberTheLongWay(field);
     }
     [[nodiscard]] std::string_view TextView(int field) const {
-        if (row_ != nullptr && static_cast<std::size_t>(field) < fields_.size()) {
-            const Cell& cell = rows_.Cells()[static_cast<std::size_t>(field)];
-            if (cell.kind == CellKind::Text) return rows_.Text(row_, cell);
-        }
-        return TextTheLongWay(field);
+        const Cell* const cell = PlainCell(field);
+        return cell != nullptr && cell->kind == CellKind::Text ? rows_.Text(row_, *cell)
+                                                               : TextTheLongWay(field);
     }
 
     void SetValue(int field, const jet::Value& value);
@@ -74,6 +70,11 @@ class RecordsetStore {
     static constexpr long kBeforeFirst = -1;
 
     [[nodiscard]] const jet::ColumnDefinition& Column(std::size_t field) const;
+    /// The field's cell in the current row, nullptr when there is no such thing or something is pending.
+    [[nodiscard]] const Cell* PlainCell(int field) const noexcept {
+        const auto at = static_cast<std::size_t>(field);
+        return row_ != nullptr && at < fieldCount_ ? cells_ + at : nullptr;
+    }
     /// Fault 3265: no such field. Fault 3021: no current record.
     [[nodiscard]] std::size_t Checked(int field) const;
     [[nodiscard]] std::size_t CurrentRecord() const;
@@ -107,6 +108,8 @@ class RecordsetStore {
     Selection selection_;
     RecordRows& rows_;
     std::vector<FieldInfo> fields_;
+    const Cell* cells_;  ///< of the rows, at hand
+    std::size_t fieldCount_;
 
     long count_ = 0;
     std::vector<std::uint32_t> remaining_;  ///< the records that are left, once one was deleted

@@ -181,7 +181,7 @@ void SetColumn(const TableStore& table, std::vector<Value>& values, std::string_
 }
 }  // namespace
 
-std::unique_ptr<Store> NewFile(std::unique_ptr<files::HostFile> file, std::filesystem::path path,
+std::unique_ptr<Store> NewFile(std::shared_ptr<files::HostFile> file, std::filesystem::path path,
                                text::Date now) {
     auto store = std::make_unique<Store>(std::move(file), std::move(path), false);
     Pager& pager = store->Pages();

@@ -11,12 +11,47 @@ constexpr std::size_t kMaxReadAhead = 64;
 constexpr std::size_t kWriteRun = 256;
 }  // namespace
 
-Pager::Pager(std::unique_ptr<files::HostFile> file, std::filesystem::path path, std::size_t pageSize,
+Pager::Pager(std::shared_ptr<files::HostFile> file, std::filesystem::path path, std::size_t pageSize,
              bool readOnly)
     : file_(std::move(file)), path_(std::move(path)), pageSize_(pageSize), readOnly_(readOnly) {
     // A last page that is cut off is left out; whether that is acceptable the opener decides.
     storedCount_ = pageCount_ = static_cast<PageNumber>(file_->Size() / pageSize_);
     frames_.resize(pageCount_);
+    stamp_ = file_->Stamp();
+}
+
+void Pager::SetJournal(std::unique_ptr<Journal> journal, std::unique_ptr<WriterGuard> guard) {
+    journal_ = std::move(journal);
+    guard_ = std::move(guard);
+}
+
+void Pager::SetOverlay(const Journal::OldPages& old) {
+    DropAll();
+    pageCount_ = storedCount_ = old.pageCount;
+    for (const auto& [page, image] : old.images) {
+        if (page >= pageCount_) continue;
+        Frame& frame = NewFrame(page);
+        std::memcpy(frame.bytes.get(), image.data(), pageSize_);
+        frame.dirty = true;  // never to be let go; a file for reading is never committed
+    }
+    overlaid_ = true;
+}
+
+void Pager::DropAll() {
+    for (std::size_t page = 0; page < frames_.size(); ++page)
+        Drop(static_cast<PageNumber>(page));
+}
+
+bool Pager::Refresh() {
+    if (overlaid_) return false;
+    // While somebody writes, two commits can bear the same time: then nothing that is cached is trusted.
+    const files::FileStamp now = file_->Stamp();
+    if (now == stamp_ && !HasWriter(*file_)) return false;
+    stamp_ = now;
+    DropAll();
+    storedCount_ = pageCount_ = static_cast<PageNumber>(now.size / pageSize_);
+    frames_.resize(std::max<std::size_t>(frames_.size(), pageCount_));
+    return true;
 }
 
 Fault Pager::Damaged(PageNumber page, const std::string& what) const {
@@ -96,6 +131,13 @@ std::byte* Pager::Write(PageNumber page) {
         throw Fault{fault::kReadOnly, "the Databook is open for reading only: nothing was changed",
                     Place{path_.string()}};
     }
+    if (broken_) {
+        throw Fault{fault::kDeviceIo,
+                    "the last change of the Databook failed half way: close it and open it again, which "
+                    "brings it back "
+                    "to the state before",
+                    Place{path_.string()}};
+    }
     Frame* frame = Load(page);
     if (inStatement_ && frame->statement != statement_) {
         frame->statement = statement_;
@@ -136,9 +178,47 @@ void Pager::Begin() {
 }
 
 void Pager::Commit() {
-    // In page order and in runs: the fewest and longest writes.
     std::sort(dirty_.begin(), dirty_.end());
     dirty_.erase(std::unique(dirty_.begin(), dirty_.end()), dirty_.end());
+    if (dirty_.empty()) {
+        inTransaction_ = false;
+        return;
+    }
+    const CommitLock alone(*file_, path_, files::LockKind::Exclusive);
+    const auto firstNew = std::lower_bound(dirty_.begin(), dirty_.end(), storedCount_);
+    if (journal_) {
+        journal_->Begin(*file_, pageSize_, storedCount_, pageCount_,
+                        static_cast<std::size_t>(firstNew - dirty_.begin()));
+        std::vector<std::byte> old(pageSize_);
+        for (auto page = dirty_.begin(); page != firstNew; ++page) {
+            file_->ReadAt(static_cast<std::uint64_t>(*page) * pageSize_, old);
+            journal_->Add(*page, old, {frames_[*page]->bytes.get(), pageSize_});
+        }
+        journal_->Seal();
+    }
+    try {
+        WriteDirtyPages();
+        if (journal_) journal_->Clear();
+    } catch (const Fault&) {
+        if (journal_) {
+            try {
+                journal_->Undo(*file_);
+            } catch (const Fault&) {
+                broken_ = true;
+            }
+        }
+        throw;
+    }
+    for (PageNumber page : dirty_)
+        frames_[page]->dirty = false;
+    dirty_.clear();
+    storedCount_ = pageCount_;
+    stamp_ = file_->Stamp();
+    inTransaction_ = false;
+}
+
+void Pager::WriteDirtyPages() {
+    // In page order and in runs: the fewest and longest writes.
     for (std::size_t i = 0; i < dirty_.size();) {
         std::size_t run = 1;
         while (i + run < dirty_.size() && run < kWriteRun && dirty_[i + run] == dirty_[i] + run)
@@ -151,12 +231,7 @@ void Pager::Commit() {
                        {transfer_.data(), run * pageSize_});
         i += run;
     }
-    if (!dirty_.empty()) file_->Sync();
-    for (PageNumber page : dirty_)
-        frames_[page]->dirty = false;
-    dirty_.clear();
-    storedCount_ = pageCount_;
-    inTransaction_ = false;
+    file_->Sync();
 }
 
 void Pager::Rollback() {

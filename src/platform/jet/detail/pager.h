@@ -9,6 +9,8 @@
 
 #include "platform/fault.h"
 #include "platform/files/host_file.h"
+#include "platform/jet/detail/file_guard.h"
+#include "platform/jet/detail/journal.h"
 #include "platform/jet/detail/layout.h"
 
 namespace zenvora::jet::detail {
@@ -20,8 +22,17 @@ namespace zenvora::jet::detail {
 /// alone.
 class Pager {
   public:
-    Pager(std::unique_ptr<files::HostFile> file, std::filesystem::path path, std::size_t pageSize,
+    Pager(std::shared_ptr<files::HostFile> file, std::filesystem::path path, std::size_t pageSize,
           bool readOnly);
+    /// Where Commit keeps the old images, and the writer's place; a file for writing has both.
+    void SetJournal(std::unique_ptr<Journal> journal, std::unique_ptr<WriterGuard> guard);
+    /// For reading a file whose last commit was broken off and cannot be rolled back on the disk: these pages
+    /// are read in place of those in the file.
+    void SetOverlay(const Journal::OldPages& old);
+
+    /// For readers: forgets what is cached when the file has changed since; true when it did.
+    bool Refresh();
+    [[nodiscard]] files::HostFile& File() noexcept { return *file_; }
 
     [[nodiscard]] const std::byte* Read(PageNumber page);
     /// The page for changing. Fault 3027: the file is open for reading only.
@@ -67,7 +78,15 @@ class Pager {
     Frame& NewFrame(PageNumber page);
     void Drop(PageNumber page);
 
-    std::unique_ptr<files::HostFile> file_;
+    void DropAll();
+    void WriteDirtyPages();
+
+    std::shared_ptr<files::HostFile> file_;
+    std::unique_ptr<Journal> journal_;
+    std::unique_ptr<WriterGuard> guard_;
+    files::FileStamp stamp_;
+    bool overlaid_ = false;
+    bool broken_ = false;  // a commit failed and could not be undone: only the journal can help now
     std::filesystem::path path_;
     std::size_t pageSize_;
     bool readOnly_;

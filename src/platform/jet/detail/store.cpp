@@ -27,7 +27,7 @@ std::size_t ColumnOf(const TableStore& table, std::string_view name) {
 }
 }  // namespace
 
-Store::Store(std::unique_ptr<files::HostFile> file, std::filesystem::path path, bool readOnly)
+Store::Store(std::shared_ptr<files::HostFile> file, std::filesystem::path path, bool readOnly)
     : pager_(std::move(file), std::move(path), kJet4.pageSize, readOnly), allocator_(pager_) {}
 
 Store::~Store() = default;
@@ -285,6 +285,23 @@ void Store::ReloadTables() {
     }
 }
 
+Store::Reading::Reading(Store& store) : store_(store) {
+    if (!store_.pager_.IsReadOnly() || store_.reading_++ > 0) return;
+    try {
+        store_.readLock_ =
+            std::make_unique<CommitLock>(store_.pager_.File(), store_.pager_.Path(), files::LockKind::Shared);
+        if (store_.pager_.Refresh()) store_.ReloadTables();
+    } catch (...) {
+        store_.readLock_.reset();
+        store_.reading_ = 0;
+        throw;
+    }
+}
+
+Store::Reading::~Reading() {
+    if (store_.pager_.IsReadOnly() && --store_.reading_ == 0) store_.readLock_.reset();
+}
+
 void Store::Change(const std::function<void()>& change) {
     if (inChange_) {
         change();  // part of a larger change, which is undone as a whole
@@ -307,8 +324,7 @@ void Store::Change(const std::function<void()>& change) {
         inChange_ = false;
         allocator_.Forget();
         if (own) {
-            pager_.Rollback();
-            ReloadTables();
+            if (pager_.InTransaction()) Rollback();  // else the commit has done so
         } else {
             pager_.UndoStatement();
             for (std::size_t i = 0; i < stores.size(); ++i) {

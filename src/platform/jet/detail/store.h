@@ -15,7 +15,7 @@ namespace zenvora::jet::detail {
 /// One open file: its pages, its catalog, its tables, its transactions.
 class Store {
   public:
-    Store(std::unique_ptr<files::HostFile> file, std::filesystem::path path, bool readOnly);
+    Store(std::shared_ptr<files::HostFile> file, std::filesystem::path path, bool readOnly);
     ~Store();
     /// Reads the catalog's own definition; to be called before anything else of a file that has one.
     void LoadCatalog();
@@ -35,11 +35,24 @@ class Store {
     void Rollback();
     [[nodiscard]] std::uint64_t ChangeCount() const noexcept { return changes_; }
 
+    /// Reading procedures of a file that is open for reading only run between these: the file does not change
+    /// meanwhile, and what another program committed before is seen. They nest.
+    class Reading {
+      public:
+        explicit Reading(Store& store);
+        ~Reading();
+        Reading(const Reading&) = delete;
+        Reading& operator=(const Reading&) = delete;
+
+      private:
+        Store& store_;
+    };
+
     /// Runs a change whole or not at all: undone when it faults, and committed when no transaction is open.
     void Change(const std::function<void()>& change);
 
   private:
-    friend std::unique_ptr<Store> NewFile(std::unique_ptr<files::HostFile>, std::filesystem::path,
+    friend std::unique_ptr<Store> NewFile(std::shared_ptr<files::HostFile>, std::filesystem::path,
                                           text::Date);
 
     struct CatalogEntry {
@@ -65,11 +78,13 @@ class Store {
     std::vector<std::unique_ptr<Table>> gone_;             ///< undone tables: somebody may still hold them
     std::vector<TableStore::Counts> saved_;
     bool inChange_ = false;
+    int reading_ = 0;
+    std::unique_ptr<CommitLock> readLock_;
     std::uint64_t changes_ = 0;
 };
 
 /// Makes the pages of an empty database in `file`, which is empty.
-[[nodiscard]] std::unique_ptr<Store> NewFile(std::unique_ptr<files::HostFile> file,
+[[nodiscard]] std::unique_ptr<Store> NewFile(std::shared_ptr<files::HostFile> file,
                                              std::filesystem::path path, text::Date now);
 
 /// Builds the definition, maps and index roots of a user table on `page`. Faults: names and numbers beyond

@@ -126,9 +126,9 @@ std::unique_ptr<Database> Database::Open(const std::filesystem::path& path, Acce
         std::unique_ptr<Store> store;
         {
             const CommitLock still(*file, path, files::LockKind::Shared);
-            CheckHeader(*file, path, false);
+            const detail::Layout layout = CheckHeader(*file, path, false);
             const auto overlay = Journal::Peek(disk, path, *file);
-            store = std::make_unique<Store>(file, path, true);
+            store = std::make_unique<Store>(file, path, layout, true);
             if (overlay) store->Pages().SetOverlay(*overlay);
             store->LoadCatalog();
         }
@@ -139,9 +139,9 @@ std::unique_ptr<Database> Database::Open(const std::filesystem::path& path, Acce
     const std::shared_ptr<files::HostFile> file = disk.Open(path, files::OpenMode::ReadWrite);
     auto guard = std::make_unique<WriterGuard>(disk, path, file);
     const std::string notice = NoticeOf(Journal::Recover(disk, path, *file));
-    CheckHeader(*file, path, true);
+    const detail::Layout layout = CheckHeader(*file, path, true);
     auto journal = std::make_unique<Journal>(disk, path);
-    auto store = std::make_unique<Store>(file, path, false);
+    auto store = std::make_unique<Store>(file, path, layout, false);
     store->Pages().SetJournal(std::move(journal), std::move(guard));
     store->LoadCatalog();
     std::unique_ptr<Database> database(new Database(std::move(store)));

@@ -62,6 +62,9 @@ class RowView {
     std::uint32_t columnCount_ = 0;    // bits of the row's null mask
     std::uint32_t maskAt_ = 0;         // where the null mask begins
     std::uint32_t variableCount_ = 0;  // entries of the variable offset table
+    std::uint8_t fieldSize_ = 2;       // see detail/row_codec.h
+    std::uint8_t jumpBytes_ = 0;
+    std::uint8_t jumps_ = 0;
     RowId id_;
 };
 

@@ -5,7 +5,8 @@
 namespace zenvora::jet {
 
 int ColumnDefinition::CharacterLimit() const noexcept {
-    return type == ColumnType::Text ? byteLength / 2 : 0;
+    if (type != ColumnType::Text) return 0;
+    return codePage == 0 ? byteLength / 2 : byteLength;
 }
 
 std::optional<std::size_t> TableDefinition::FindColumn(std::string_view columnName) const {

@@ -32,7 +32,8 @@ struct ColumnDefinition {
     std::uint8_t scale = 0;      ///< Numeric
     std::uint16_t sortOrder = 0x0409;
     std::uint8_t sortVersion = 0;
-    std::uint8_t flags = 0;  ///< as in the file
+    std::uint16_t codePage = 0;  ///< of texts stored one byte a character (Access 97); 0: UTF-16
+    std::uint8_t flags = 0;      ///< as in the file
     ColumnProperties properties;
 
     /// Most characters of a Text column; 0 for other types.

@@ -20,7 +20,7 @@ class TreeTest : public testing::Test {
   protected:
     void SetUp() override {
         pager_ =
-            std::make_unique<Pager>(disk_.Open("t", files::OpenMode::CreateNew), "t", kJet4.pageSize, false);
+            std::make_unique<Pager>(disk_.Open("t", files::OpenMode::CreateNew), "t", kJet4, false);
         allocator_ = std::make_unique<PageAllocator>(*pager_);
         pager_->Begin();
         for (int i = 0; i < 5; ++i)

@@ -6,7 +6,7 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
+constexpr const Layout& kLayout = kJet4;  // the only version that is written
 constexpr std::size_t kMaxName = 64;
 constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 32;

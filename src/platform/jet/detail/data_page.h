@@ -22,7 +22,7 @@ struct Slot {
 
 /// Checks that a page is of data form with a legal slot array. Fault 3049.
 void CheckDataPage(Pager& pager, PageNumber page);
-[[nodiscard]] unsigned SlotCount(const std::byte* page) noexcept;
+[[nodiscard]] unsigned SlotCount(Pager& pager, PageNumber page);
 /// Slot `index` of a checked page. Fault 3049: its bytes lie outside the page.
 [[nodiscard]] Slot ReadSlot(Pager& pager, PageNumber page, unsigned index);
 [[nodiscard]] std::span<const std::byte> SlotBytes(Pager& pager, PageNumber page, unsigned index);

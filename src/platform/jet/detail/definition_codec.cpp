@@ -9,7 +9,7 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
+constexpr const Layout& kWritten = kJet4;        // the only version that is written
 constexpr std::size_t kPageHeader = 8;           // of every page of a definition
 constexpr std::size_t kMaxDefinitionPages = 64;  // 255 columns and 32 indexes need far fewer
 constexpr std::size_t kMaxColumns = 255;
@@ -34,10 +34,12 @@ class Reader {
     }
     [[nodiscard]] std::size_t At() const noexcept { return at_; }
     std::string Name() {
-        const std::size_t size = U16(Take(2));
+        const Layout& layout = pager_.Format();
+        const std::byte* const length = Take(layout.nameSizeSize);
+        const std::size_t size = layout.nameSizeSize == 1 ? U8(length) : U16(length);
         const std::byte* const text = Take(size);
         std::string name;
-        DecodeText({text, size}, name);
+        DecodeText({text, size}, layout.codePage, name);
         return name;
     }
 
@@ -49,6 +51,7 @@ class Reader {
 };
 
 std::vector<std::byte> JoinChain(Pager& pager, PageNumber first, std::vector<PageNumber>& chain) {
+    const Layout& layout = pager.Format();
     std::vector<std::byte> bytes;
     std::set<PageNumber> seen;
     if (first == 0) throw pager.Damaged(first, "the catalog names a table that has no definition");
@@ -58,36 +61,42 @@ std::vector<std::byte> JoinChain(Pager& pager, PageNumber first, std::vector<Pag
         }
         const std::byte* const data = pager.Read(page);
         if (U8(data) != kDefinitionPage) throw pager.Damaged(page, "a table definition is expected here");
-        bytes.insert(bytes.end(), data + (chain.empty() ? 0 : kPageHeader), data + kLayout.pageSize);
+        bytes.insert(bytes.end(), data + (chain.empty() ? 0 : kPageHeader), data + layout.pageSize);
         chain.push_back(page);
         page = U32(data + 4);
     }
     const std::size_t length = U32(bytes.data() + 8);
-    if (length > bytes.size() || length < kLayout.variablePartAt + 2) {
+    if (length > bytes.size() || length < layout.variablePartAt + 2) {
         throw pager.Damaged(first, "the table definition states an impossible length");
     }
     bytes.resize(length);
     return bytes;
 }
 
-ColumnDefinition ReadColumn(const std::byte* block) {
+ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block) {
     ColumnDefinition column;
     column.type = static_cast<ColumnType>(U8(block));
-    column.number = U16(block + 5);
-    column.variableIndex = U16(block + 7);
+    column.number = U16(block + layout.columnNumberAt);
+    column.variableIndex = U16(block + layout.columnVariableAt);
     if (column.type == ColumnType::Numeric) {
-        column.precision = U8(block + 11);
-        column.scale = U8(block + 12);
+        column.precision = U8(block + layout.columnScaleAt);
+        column.scale = U8(block + layout.columnScaleAt + 1);
     } else {
-        column.sortOrder = U16(block + 11);
-        column.sortVersion = U8(block + 14);
+        column.sortOrder = U16(block + layout.columnOrderAt);
+        if (layout.columnOrderVersionAt != 0) column.sortVersion = U8(block + layout.columnOrderVersionAt);
     }
-    column.flags = U8(block + 15);
+    if (layout.columnCodePageAt != 0 &&
+        (column.type == ColumnType::Text || column.type == ColumnType::Memo)) {
+        column.codePage = U16(block + layout.columnCodePageAt);
+        if (column.codePage == 0) column.codePage = layout.codePage;
+    }
+    column.flags = U8(block + layout.columnFlagsAt);
     column.fixedLength = (column.flags & kColumnFixed) != 0;
     column.autoNumber = (column.flags & kColumnAutoNumber) != 0;
-    column.compressed = (U8(block + 16) & 0x01) != 0;
-    column.fixedOffset = U16(block + 21);
-    column.byteLength = U16(block + 23);
+    if (layout.columnExtraFlagsAt != 0)
+        column.compressed = (U8(block + layout.columnExtraFlagsAt) & 0x01) != 0;
+    column.fixedOffset = U16(block + layout.columnFixedAt);
+    column.byteLength = U16(block + layout.columnLengthAt);
     return column;
 }
 
@@ -99,7 +108,7 @@ void CheckColumns(const Pager& pager, PageNumber page, const StoredDefinition& s
             throw pager.Damaged(page, "column " + column.name + " has an impossible number");
         }
         if (column.fixedLength) {
-            if (column.fixedOffset + std::size_t{column.byteLength} > kLayout.maxRow) {
+            if (column.fixedOffset + std::size_t{column.byteLength} > pager.Format().maxRow) {
                 throw pager.Damaged(page, "column " + column.name + " lies outside of a row");
             }
         } else if (column.variableIndex >= stored.variableCount ||
@@ -139,7 +148,7 @@ void AppendBlock(std::vector<std::byte>& out, const std::byte* block, std::size_
 
 void AppendColumn(std::vector<std::byte>& out, const ColumnDefinition& column, bool system,
                   bool systemNumber) {
-    std::byte block[kLayout.columnBlock] = {};
+    std::byte block[kWritten.columnBlock] = {};
     PutU8(block, static_cast<unsigned>(column.type));
     PutU32(block + 1, kDefinitionMark);
     PutU16(block + 5, column.number);
@@ -183,59 +192,63 @@ void AppendLongColumn(std::vector<std::byte>& out, const LongColumn& maps) {
 }  // namespace
 
 StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
+    const Layout& layout = pager.Format();
     StoredDefinition stored;
     stored.bytes = JoinChain(pager, page, stored.chain);
     const std::byte* const fixed = stored.bytes.data();
-    stored.rowCount = U32(fixed + kLayout.rowCountAt);
-    stored.autoNumber = U32(fixed + kLayout.autoNumberAt);
-    stored.table.systemTable = U8(fixed + kLayout.typeAt) == 'S';
-    stored.maxColumns = U16(fixed + kLayout.maxColumnsAt);
-    stored.variableCount = U16(fixed + kLayout.variableCountAt);
-    const std::size_t columnCount = U16(fixed + kLayout.columnCountAt);
-    const std::size_t logicalCount = U32(fixed + kLayout.logicalCountAt);
-    const std::size_t realCount = U32(fixed + kLayout.realCountAt);
-    stored.ownedMap.value = U32(fixed + kLayout.ownedMapAt);
-    stored.freeMap.value = U32(fixed + kLayout.freeMapAt);
+    stored.rowCount = U32(fixed + layout.rowCountAt);
+    stored.autoNumber = U32(fixed + layout.autoNumberAt);
+    stored.table.systemTable = U8(fixed + layout.typeAt) == 'S';
+    stored.maxColumns = U16(fixed + layout.maxColumnsAt);
+    stored.variableCount = U16(fixed + layout.variableCountAt);
+    const std::size_t columnCount = U16(fixed + layout.columnCountAt);
+    const std::size_t logicalCount = U32(fixed + layout.logicalCountAt);
+    const std::size_t realCount = U32(fixed + layout.realCountAt);
+    stored.ownedMap.value = U32(fixed + layout.ownedMapAt);
+    stored.freeMap.value = U32(fixed + layout.freeMapAt);
     if (columnCount > kMaxColumns || stored.maxColumns > kMaxColumns || columnCount > stored.maxColumns ||
         stored.variableCount > stored.maxColumns || realCount > kMaxIndexes || logicalCount > kMaxIndexes) {
         throw pager.Damaged(page, "the table definition states impossible counts");
     }
 
-    Reader reader(pager, page, stored.bytes, kLayout.variablePartAt);
+    Reader reader(pager, page, stored.bytes, layout.variablePartAt);
     for (std::size_t i = 0; i < realCount; ++i) {
         StoredIndex index;
         index.countBlockAt = reader.At();
-        index.distinct = U32(reader.Take(kLayout.indexCountBlock) + 4);
+        index.distinct = U32(reader.Take(layout.indexCountBlock) + 4);
         stored.indexes.push_back(std::move(index));
     }
     for (std::size_t i = 0; i < columnCount; ++i) {
-        stored.table.columns.push_back(ReadColumn(reader.Take(kLayout.columnBlock)));
+        stored.table.columns.push_back(ReadColumn(layout, reader.Take(layout.columnBlock)));
     }
     stored.namesAt = reader.At();
     for (ColumnDefinition& column : stored.table.columns)
         column.name = reader.Name();
     stored.realIndexesAt = reader.At();
     for (StoredIndex& index : stored.indexes) {
-        const std::byte* const block = reader.Take(kLayout.realIndexBlock);
+        const std::byte* const block = reader.Take(layout.realIndexBlock);
         for (std::size_t k = 0; k < kIndexColumns; ++k) {
-            const std::uint16_t number = U16(block + 4 + 3 * k);
-            if (number != kNoColumn) index.columns.push_back({number, (U8(block + 6 + 3 * k) & 1U) != 0});
+            const std::byte* const entry = block + layout.realColumnsAt + 3 * k;
+            const std::uint16_t number = U16(entry);
+            if (number != kNoColumn) index.columns.push_back({number, (U8(entry + 2) & 1U) != 0});
         }
-        index.ownedMap.value = U32(block + 34);
-        index.root = U32(block + 38);
-        index.flags = U8(block + 46);
+        index.ownedMap.value = U32(block + layout.realMapAt);
+        index.root = U32(block + layout.realRootAt);
+        index.flags = U8(block + layout.realFlagsAt);
     }
     for (std::size_t i = 0; i < logicalCount; ++i) {
-        const std::byte* const block = reader.Take(kLayout.logicalIndexBlock);
+        const std::byte* const block = reader.Take(layout.logicalIndexBlock);
+        // All of its places lie together; the older version lacks four bytes in front of them.
+        const std::byte* const numbers = block + layout.logicalRealAt - 4;
         stored.logicalIndexes.push_back({{},
-                                         U32(block + 4),
-                                         U32(block + 8),
-                                         U8(block + 23),
-                                         U8(block + 12),
-                                         U32(block + 13),
-                                         U32(block + 17),
-                                         U8(block + 21),
-                                         U8(block + 22)});
+                                         U32(numbers),
+                                         U32(numbers + 4),
+                                         U8(block + layout.logicalTypeAt),
+                                         U8(numbers + 8),
+                                         U32(numbers + 9),
+                                         U32(numbers + 13),
+                                         U8(numbers + 17),
+                                         U8(numbers + 18)});
         if (stored.logicalIndexes.back().realIndex >= realCount)
             throw pager.Damaged(page, "an index of the table does not exist");
     }
@@ -282,14 +295,14 @@ StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
 void WriteDefinition(Pager& pager, PageAllocator& allocator, std::vector<PageNumber>& chain,
                      std::vector<std::byte>& bytes) {
     PutU32(bytes.data() + 8, bytes.size());
-    const std::size_t payload = kLayout.pageSize - kPageHeader;
+    const std::size_t payload = pager.PageSize() - kPageHeader;
     const std::size_t pages = (bytes.size() - kPageHeader + payload - 1) / payload;
     while (chain.size() < pages)
         chain.push_back(allocator.Allocate());
     std::size_t at = kPageHeader;
     for (std::size_t i = 0; i < chain.size(); ++i) {
         std::byte* const page = pager.Write(chain[i]);
-        std::memset(page, 0, kLayout.pageSize);
+        std::memset(page, 0, pager.PageSize());
         const std::size_t count = std::min(payload, bytes.size() - at);
         PutU8(page, kDefinitionPage);
         PutU8(page + 1, 1);
@@ -302,28 +315,28 @@ void WriteDefinition(Pager& pager, PageAllocator& allocator, std::vector<PageNum
 }
 
 std::vector<std::byte> BuildDefinition(const PlannedTable& plan) {
-    std::vector<std::byte> out(kLayout.variablePartAt);
+    std::vector<std::byte> out(kWritten.variablePartAt);
     std::byte* const fixed = out.data();
     PutU8(fixed, kDefinitionPage);
     PutU8(fixed + 1, 1);
     PutU32(fixed + 12, kDefinitionMark);
-    PutU32(fixed + kLayout.incrementAt, 1);
-    PutU8(fixed + kLayout.typeAt, plan.system ? 'S' : 'N');
-    PutU16(fixed + kLayout.maxColumnsAt, plan.maxColumns);
-    PutU16(fixed + kLayout.variableCountAt, plan.variableCount);
-    PutU16(fixed + kLayout.columnCountAt, plan.columns.size());
-    PutU32(fixed + kLayout.logicalCountAt, plan.logicalIndexes.size());
-    PutU32(fixed + kLayout.realCountAt, plan.indexes.size());
-    PutU32(fixed + kLayout.ownedMapAt, plan.ownedMap.value);
-    PutU32(fixed + kLayout.freeMapAt, plan.freeMap.value);
+    PutU32(fixed + kWritten.incrementAt, 1);
+    PutU8(fixed + kWritten.typeAt, plan.system ? 'S' : 'N');
+    PutU16(fixed + kWritten.maxColumnsAt, plan.maxColumns);
+    PutU16(fixed + kWritten.variableCountAt, plan.variableCount);
+    PutU16(fixed + kWritten.columnCountAt, plan.columns.size());
+    PutU32(fixed + kWritten.logicalCountAt, plan.logicalIndexes.size());
+    PutU32(fixed + kWritten.realCountAt, plan.indexes.size());
+    PutU32(fixed + kWritten.ownedMapAt, plan.ownedMap.value);
+    PutU32(fixed + kWritten.freeMapAt, plan.freeMap.value);
 
-    out.resize(out.size() + plan.indexes.size() * kLayout.indexCountBlock);
+    out.resize(out.size() + plan.indexes.size() * kWritten.indexCountBlock);
     for (const PlannedColumn& each : plan.columns)
         AppendColumn(out, each.column, each.system, plan.system);
     for (const PlannedColumn& each : plan.columns)
         AppendName(out, each.column.name);
     for (const PlannedIndex& index : plan.indexes) {
-        std::byte block[kLayout.realIndexBlock] = {};
+        std::byte block[kWritten.realIndexBlock] = {};
         PutU32(block, kIndexMark);
         for (std::size_t k = 0; k < kIndexColumns; ++k) {
             const bool used = k < index.columns.size();
@@ -336,7 +349,7 @@ std::vector<std::byte> BuildDefinition(const PlannedTable& plan) {
         AppendBlock(out, block, sizeof block);
     }
     for (const LogicalIndex& logical : plan.logicalIndexes) {
-        std::byte block[kLayout.logicalIndexBlock] = {};
+        std::byte block[kWritten.logicalIndexBlock] = {};
         PutU32(block, kDefinitionMark);
         PutU32(block + 4, logical.number);
         PutU32(block + 8, logical.realIndex);
@@ -388,9 +401,9 @@ std::vector<std::byte> WithColumn(const StoredDefinition& stored, ColumnDefiniti
     bytes.insert(place(stored.endMarkAt), longColumn.begin(), longColumn.end());
     bytes.insert(place(stored.realIndexesAt), name.begin(), name.end());
     bytes.insert(place(stored.namesAt), descriptor.begin(), descriptor.end());
-    PutU16(bytes.data() + kLayout.maxColumnsAt, stored.maxColumns + 1U);
-    PutU16(bytes.data() + kLayout.columnCountAt, stored.table.columns.size() + 1);
-    if (!column.fixedLength) PutU16(bytes.data() + kLayout.variableCountAt, stored.variableCount + 1U);
+    PutU16(bytes.data() + kWritten.maxColumnsAt, stored.maxColumns + 1U);
+    PutU16(bytes.data() + kWritten.columnCountAt, stored.table.columns.size() + 1);
+    if (!column.fixedLength) PutU16(bytes.data() + kWritten.variableCountAt, stored.variableCount + 1U);
     PutU32(bytes.data() + 8, bytes.size());
     return bytes;
 }

@@ -16,9 +16,9 @@ constexpr char kNewerName[] = "Standard ACE DB";
 constexpr std::size_t kNameAt = 4;
 constexpr std::size_t kVersionAt = 0x14;
 constexpr std::size_t kMaskedAt = 0x18;
+constexpr std::size_t kCodePageAt = 0x3C;
 constexpr std::size_t kEncryptionKeyAt = 0x3E;
 constexpr std::size_t kPasswordAt = 0x42;
-constexpr std::size_t kPasswordSize = 40;
 constexpr std::size_t kDateAt = 0x72;
 constexpr std::size_t kCommitBytesAt = 0xE00;
 
@@ -37,13 +37,13 @@ constexpr std::array<std::uint8_t, 128> kMask{
 /// 0x261C, General order, creation date.
 constexpr std::array<std::uint8_t, 8> kCreationDate{0x3E, 0x85, 0xD3, 0x3B, 0x3E, 0xAB, 0xE4, 0x40};
 
-void ApplyMask(std::byte* page) {
-    for (std::size_t i = 0; i < kMask.size(); ++i)
+void ApplyMask(std::byte* page, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i)
         page[kMaskedAt + i] ^= static_cast<std::byte>(kMask[i]);
 }
 }  // namespace
 
-void CheckHeader(files::HostFile& file, const std::filesystem::path& path, bool forWriting) {
+Layout CheckHeader(files::HostFile& file, const std::filesystem::path& path, bool forWriting) {
     Place place;
     place.file = path.string();
     const auto refuse = [&](int number, const std::string& text) { throw Fault{number, text, place}; };
@@ -65,34 +65,38 @@ void CheckHeader(files::HostFile& file, const std::filesystem::path& path, bool 
         refuse(fault::kNotADatabook, "this is no Access database, so no Databook: choose an .mdb file");
     }
     const unsigned version = U8(page.data() + kVersionAt);
-    if (version == 0) {
+    if (version == kJet3.version && forWriting) {
         refuse(fault::kUnsupported,
-               "this is a database of Access 97: convert it in Access to the format of Access 2000 or "
-               "2002-2003");
+               "this is a database of Access 97: convert it first (zenvora-cli convert)");
     }
-    if (version != 1) {
+    if (version > kJet4.version) {
         refuse(fault::kUnsupported,
                "this is a database of a newer version of Access: save it in the format of Access 2002-2003");
     }
-    if (size < 3 * kJet4.pageSize)
+    Layout layout = version == kJet3.version ? kJet3 : kJet4;
+    if (size < 3 * layout.pageSize)
         refuse(fault::kDamaged, "the Databook is cut off: restore it from a backup copy");
-    if (size % kJet4.pageSize != 0 && forWriting) {
+    if (size % layout.pageSize != 0 && forWriting) {
         refuse(fault::kDamaged,
                "the Databook is damaged or cut off (its size is no whole number of pages): restore it from a "
                "backup copy");
     }
-    ApplyMask(page.data());
+    ApplyMask(page.data(), layout.maskedSize);
     if (U32(page.data() + kEncryptionKeyAt) != 0) {
         refuse(fault::kUnsupported, "this database is encoded (encrypted): decode it in Access first");
     }
     const auto date = static_cast<std::int32_t>(
         std::clamp(LoadAs<double>(page.data() + kDateAt), -2147483000.0, 2147483000.0));
     const auto* const dateMask = reinterpret_cast<const std::byte*>(&date);
-    for (std::size_t i = 0; i < kPasswordSize; ++i) {
-        if ((page[kPasswordAt + i] ^ dateMask[i % 4]) != std::byte{0}) {
+    for (std::size_t i = 0; i < layout.passwordSize; ++i) {
+        const std::byte hidden = layout.passwordHidesInDate ? dateMask[i % 4] : std::byte{0};
+        if (page[kPasswordAt + i] != hidden) {
             refuse(fault::kPassword, "this database has a password: remove the password in Access first");
         }
     }
+    if (const std::uint16_t codePage = U16(page.data() + kCodePageAt); layout.codePage != 0 && codePage != 0)
+        layout.codePage = codePage;
+    return layout;
 }
 
 void MakeHeader(std::span<std::byte> page) {
@@ -104,14 +108,14 @@ void MakeHeader(std::span<std::byte> page) {
     PutU32(at + 0x1C, RowPointer::Of(1, 1).value);
     for (PageNumber table = 2; table <= 5; ++table)
         PutU32(at + 0x20 + 4 * (table - 2), table);
-    PutU16(at + 0x3C, 1252);
+    PutU16(at + kCodePageAt, kWindows1252);
     std::memcpy(at + kDateAt, kCreationDate.data(), kCreationDate.size());
     const auto date = static_cast<std::int32_t>(LoadAs<double>(at + kDateAt));
-    for (std::size_t i = 0; i < kPasswordSize; i += 4)
+    for (std::size_t i = 0; i < kJet4.passwordSize; i += 4)
         StoreAs(at + kPasswordAt + i, date);
     PutU32(at + 0x6A, 0x261C);
     PutU32(at + 0x6E, kGeneralOrder);
-    ApplyMask(at);
+    ApplyMask(at, kJet4.maskedSize);
     PutU32(at + 0x98, 1620);
     std::memcpy(at + 0x9C, "4.0", 4);
     for (std::size_t i = 0; i < 256; ++i) {

@@ -5,8 +5,6 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
-constexpr std::size_t kEntryArea = kLayout.pageSize - kLayout.entriesAt;
 constexpr std::size_t kRowIdSize = 4;
 constexpr std::size_t kChildSize = 4;
 constexpr std::size_t kMaxDepth = 20;  // three levels hold millions of entries
@@ -29,37 +27,39 @@ std::string WithoutChild(const std::string& entry) {
 bool IsLeaf(const std::byte* page) {
     return U8(page) == kIndexLeaf;
 }
-PageNumber Next(const std::byte* page) {
-    return U32(page + kLayout.nextAt);
-}
-PageNumber Tail(const std::byte* page) {
-    return U32(page + kLayout.tailAt);
-}
 
-void SetMark(std::byte* page, std::size_t end) {
-    std::byte& byte = page[kLayout.maskAt + end / 8];
+void SetMark(const Layout& layout, std::byte* page, std::size_t end) {
+    std::byte& byte = page[layout.maskAt + end / 8];
     byte |= static_cast<std::byte>(1U << (end % 8));
 }
 
 /// Clears the marks behind `from` and sets those of entries `first` and up.
-void RewriteMarks(std::byte* page, std::size_t from, const std::uint16_t* ends, std::size_t first,
-                  std::size_t count) {
-    std::byte* const mask = page + kLayout.maskAt;
+void RewriteMarks(const Layout& layout, std::byte* page, std::size_t from, const std::uint16_t* ends,
+                  std::size_t first, std::size_t count) {
+    std::byte* const mask = page + layout.maskAt;
     const std::size_t byte = (from + 1) / 8;
     mask[byte] &= static_cast<std::byte>((1U << ((from + 1) % 8)) - 1);
-    std::memset(mask + byte + 1, 0, kLayout.maskSize - byte - 1);
+    std::memset(mask + byte + 1, 0, layout.maskSize - byte - 1);
     for (std::size_t i = first; i < count; ++i)
-        SetMark(page, ends[i]);
+        SetMark(layout, page, ends[i]);
 }
 }  // namespace
 
 void IndexTree::FormatLeaf(Pager& pager, PageNumber number, PageNumber definition) {
+    const Layout& layout = pager.Format();
     std::byte* const page = pager.Write(number);
-    std::memset(page, 0, kLayout.pageSize);
+    std::memset(page, 0, layout.pageSize);
     PutU8(page, kIndexLeaf);
     PutU8(page + 1, 1);
-    PutU16(page + 2, kEntryArea);
+    PutU16(page + 2, layout.EntryArea());
     PutU32(page + 4, definition);
+}
+
+PageNumber IndexTree::Next(const std::byte* page) const {
+    return U32(page + layout_->nextAt);
+}
+PageNumber IndexTree::Tail(const std::byte* page) const {
+    return U32(page + layout_->tailAt);
 }
 
 void IndexTree::ReadEnds(PageNumber number, Ends& ends) const {
@@ -68,7 +68,7 @@ void IndexTree::ReadEnds(PageNumber number, Ends& ends) const {
         throw pager_->Damaged(number, "a page of an index of the table is expected here");
     }
     ends.count = 0;
-    const std::byte* const mask = page + kLayout.maskAt;
+    const std::byte* const mask = page + layout_->maskAt;
     const auto collect = [&](std::uint64_t word, std::size_t base) {
         while (word != 0) {
             if (ends.count == std::size(ends.at))
@@ -79,12 +79,12 @@ void IndexTree::ReadEnds(PageNumber number, Ends& ends) const {
         }
     };
     std::size_t at = 0;
-    for (; at + 8 <= kLayout.maskSize; at += 8) {
+    for (; at + 8 <= layout_->maskSize; at += 8) {
         if (const auto word = LoadAs<std::uint64_t>(mask + at); word != 0) collect(word, at * 8);
     }
-    for (; at < kLayout.maskSize; ++at)
+    for (; at < layout_->maskSize; ++at)
         collect(U8(mask + at), at * 8);
-    ends.prefix = U16(page + kLayout.prefixAt);
+    ends.prefix = layout_->prefixSize == 1 ? U8(page + layout_->prefixAt) : U16(page + layout_->prefixAt);
     const std::size_t trailer = kRowIdSize + (IsLeaf(page) ? 0 : kChildSize);
     std::size_t begin = 0;
     for (std::size_t i = 0; i < ends.count; ++i) {
@@ -94,20 +94,22 @@ void IndexTree::ReadEnds(PageNumber number, Ends& ends) const {
         }
         begin = ends.at[i];
     }
-    if (begin > kEntryArea) throw pager_->Damaged(number, "the entries of an index page run over its end");
+    if (begin > layout_->EntryArea())
+        throw pager_->Damaged(number, "the entries of an index page run over its end");
 }
 
-void IndexTree::AppendEntry(const std::byte* page, const Ends& ends, std::size_t index, std::string& out) {
-    const char* const area = Chars(page + kLayout.entriesAt);
+void IndexTree::AppendEntry(const std::byte* page, const Ends& ends, std::size_t index,
+                            std::string& out) const {
+    const char* const area = Chars(page + layout_->entriesAt);
     if (index > 0) out.append(area, ends.prefix);
     const std::size_t begin = index == 0 ? 0 : ends.at[index - 1];
     out.append(area + begin, ends.at[index] - begin);
 }
 
 int IndexTree::CompareEntry(const std::byte* page, const Ends& ends, std::size_t index, std::size_t cut,
-                            std::string_view wanted) {
+                            std::string_view wanted) const {
     if (wanted.empty()) return 1;
-    const char* const area = Chars(page + kLayout.entriesAt);
+    const char* const area = Chars(page + layout_->entriesAt);
     if (index > 0 && ends.prefix > 0) {
         const std::size_t shared = std::min(ends.prefix, wanted.size());
         if (const int order = std::memcmp(area, wanted.data(), shared)) return order;
@@ -122,7 +124,7 @@ int IndexTree::CompareEntry(const std::byte* page, const Ends& ends, std::size_t
 }
 
 std::size_t IndexTree::Search(const std::byte* page, const Ends& ends, std::size_t cut,
-                              std::string_view wanted) {
+                              std::string_view wanted) const {
     std::size_t low = 0;
     std::size_t high = ends.count;
     while (low < high) {
@@ -139,7 +141,7 @@ std::size_t IndexTree::Search(const std::byte* page, const Ends& ends, std::size
 PageNumber IndexTree::Child(PageNumber number, const Ends& ends, std::size_t index) const {
     const std::byte* const page = pager_->Read(number);
     const PageNumber child = index < ends.count
-                                 ? U32BigEndian(page + kLayout.entriesAt + ends.at[index] - kChildSize)
+                                 ? U32BigEndian(page + layout_->entriesAt + ends.at[index] - kChildSize)
                                  : Tail(page);
     if (child == 0 || child >= pager_->PageCount())
         throw pager_->Damaged(number, "an index page points nowhere");
@@ -208,10 +210,10 @@ IndexTree::Node IndexTree::ReadNode(PageNumber number) const {
     const std::byte* const page = pager_->Read(number);
     Node node;
     node.leaf = IsLeaf(page);
-    node.previous = U32(page + kLayout.previousAt);
+    node.previous = U32(page + layout_->previousAt);
     node.next = Next(page);
     node.tail = node.leaf ? 0 : Tail(page);
-    node.level = U8(page + kLayout.levelAt);
+    node.level = U8(page + layout_->levelAt);
     node.entries.reserve(ends.count + 1);
     for (std::size_t i = 0; i < ends.count; ++i)
         AppendEntry(page, ends, i, node.entries.emplace_back());
@@ -223,11 +225,11 @@ struct Measure {
     std::size_t prefix = 0, size = 0;
 };
 /// Without a prefix where that fits; else with the longest one that the keys share.
-Measure MeasureEntries(const std::vector<std::string>& entries, bool leaf) {
+Measure MeasureEntries(const std::vector<std::string>& entries, bool leaf, std::size_t area) {
     Measure measure;
     for (const std::string& entry : entries)
         measure.size += entry.size();
-    if (measure.size <= kEntryArea || entries.size() < 2) return measure;
+    if (measure.size <= area || entries.size() < 2) return measure;
     const std::size_t trailer = kRowIdSize + (leaf ? 0 : kChildSize);
     const std::string& first = entries.front();
     const std::string& last = entries.back();
@@ -239,29 +241,31 @@ Measure MeasureEntries(const std::vector<std::string>& entries, bool leaf) {
 }
 }  // namespace
 
-bool IndexTree::Fits(const Node& node) {
-    return MeasureEntries(node.entries, node.leaf).size <= kEntryArea;
+bool IndexTree::Fits(const Node& node) const {
+    return MeasureEntries(node.entries, node.leaf, layout_->EntryArea()).size <= layout_->EntryArea();
 }
 
 void IndexTree::WriteNode(PageNumber number, const Node& node) {
-    const Measure measure = MeasureEntries(node.entries, node.leaf);
+    const Measure measure = MeasureEntries(node.entries, node.leaf, layout_->EntryArea());
     std::byte* const page = pager_->Write(number);
-    std::memset(page, 0, kLayout.pageSize);
+    std::memset(page, 0, layout_->pageSize);
     PutU8(page, node.leaf ? kIndexLeaf : kIndexNode);
     PutU8(page + 1, 1);
-    PutU16(page + 2, kEntryArea - measure.size);
+    PutU16(page + 2, layout_->EntryArea() - measure.size);
     PutU32(page + 4, definition_);
-    PutU32(page + kLayout.previousAt, node.previous);
-    PutU32(page + kLayout.nextAt, node.next);
-    PutU32(page + kLayout.tailAt, node.tail);
-    PutU16(page + kLayout.prefixAt, measure.prefix);
-    PutU8(page + kLayout.levelAt, node.level);
+    PutU32(page + layout_->previousAt, node.previous);
+    PutU32(page + layout_->nextAt, node.next);
+    PutU32(page + layout_->tailAt, node.tail);
+    PutU8(page + layout_->prefixAt, static_cast<unsigned>(measure.prefix & 0xFF));
+    if (layout_->prefixSize == 2)
+        PutU8(page + layout_->prefixAt + 1, static_cast<unsigned>(measure.prefix >> 8));
+    PutU8(page + layout_->levelAt, node.level);
     std::size_t at = 0;
     for (std::size_t i = 0; i < node.entries.size(); ++i) {
         const std::string_view entry = std::string_view(node.entries[i]).substr(i == 0 ? 0 : measure.prefix);
-        std::memcpy(page + kLayout.entriesAt + at, entry.data(), entry.size());
+        std::memcpy(page + layout_->entriesAt + at, entry.data(), entry.size());
         at += entry.size();
-        SetMark(page, at);
+        SetMark(*layout_, page, at);
     }
 }
 
@@ -279,15 +283,15 @@ bool IndexTree::InsertInPlace(PageNumber number, const Ends& ends, std::size_t i
         // The first entry carries the prefix of all: one in front of it, or one that does not share it, needs
         // the page to be laid out anew.
         if (index == 0 || entry.size() < ends.prefix ||
-            std::memcmp(old + kLayout.entriesAt, entry.data(), ends.prefix) != 0) {
+            std::memcmp(old + layout_->entriesAt, entry.data(), ends.prefix) != 0) {
             return false;
         }
         entry.remove_prefix(ends.prefix);
     }
-    if (used + entry.size() > kEntryArea) return false;
+    if (used + entry.size() > layout_->EntryArea()) return false;
     std::byte* const page = pager_->Write(number);
     const std::size_t begin = index == 0 ? 0 : ends.at[index - 1];
-    std::byte* const place = page + kLayout.entriesAt + begin;
+    std::byte* const place = page + layout_->entriesAt + begin;
     std::memmove(place + entry.size(), place, used - begin);
     std::memcpy(place, entry.data(), entry.size());
     Ends moved = ends;
@@ -295,8 +299,8 @@ bool IndexTree::InsertInPlace(PageNumber number, const Ends& ends, std::size_t i
         moved.at[i] = static_cast<std::uint16_t>(ends.at[i - 1] + entry.size());
     }
     moved.at[index] = static_cast<std::uint16_t>(begin + entry.size());
-    RewriteMarks(page, begin, moved.at, index, ends.count + 1);
-    PutU16(page + 2, kEntryArea - used - entry.size());
+    RewriteMarks(*layout_, page, begin, moved.at, index, ends.count + 1);
+    PutU16(page + 2, layout_->EntryArea() - used - entry.size());
     return true;
 }
 
@@ -392,7 +396,7 @@ void IndexTree::SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& pat
             front.entries.pop_back();
         }
     }
-    if (front.previous != 0) PutU32(pager_->Write(front.previous) + kLayout.nextAt, added);
+    if (front.previous != 0) PutU32(pager_->Write(front.previous) + layout_->nextAt, added);
     WriteNode(added, front);
     WriteNode(page, node);
 
@@ -410,9 +414,9 @@ void IndexTree::CutSiblingLinks(const Node& left, const Node& right) {
     // Nodes are linked with the children of their own parent only.
     const PageNumber before = ChildOf(left.entries.back());
     const PageNumber behind = right.entries.empty() ? right.tail : ChildOf(right.entries.front());
-    if (U8(pager_->Read(before)) == kIndexNode) PutU32(pager_->Write(before) + kLayout.nextAt, 0);
+    if (U8(pager_->Read(before)) == kIndexNode) PutU32(pager_->Write(before) + layout_->nextAt, 0);
     if (behind != 0 && U8(pager_->Read(behind)) == kIndexNode)
-        PutU32(pager_->Write(behind) + kLayout.previousAt, 0);
+        PutU32(pager_->Write(behind) + layout_->previousAt, 0);
 }
 
 void IndexTree::ReplaceChildKey(std::vector<Step> path, std::string_view lastEntry) {
@@ -458,8 +462,8 @@ bool IndexTree::Remove(std::string_view entry) {
     WriteNode(leaf, node);
     if (node.entries.empty()) {
         if (leaf == root_) return true;
-        if (node.previous != 0) PutU32(pager_->Write(node.previous) + kLayout.nextAt, node.next);
-        if (node.next != 0) PutU32(pager_->Write(node.next) + kLayout.previousAt, node.previous);
+        if (node.previous != 0) PutU32(pager_->Write(node.previous) + layout_->nextAt, node.next);
+        if (node.next != 0) PutU32(pager_->Write(node.next) + layout_->previousAt, node.previous);
         RemoveChild(std::move(path));
         owned_.Remove(leaf);
         allocator_->Free(leaf, 0);
@@ -489,8 +493,8 @@ void IndexTree::RemoveChild(std::vector<Step> path) {
             FormatLeaf(*pager_, root_, definition_);
             return;
         }
-        if (node.previous != 0) PutU32(pager_->Write(node.previous) + kLayout.nextAt, node.next);
-        if (node.next != 0) PutU32(pager_->Write(node.next) + kLayout.previousAt, node.previous);
+        if (node.previous != 0) PutU32(pager_->Write(node.previous) + layout_->nextAt, node.next);
+        if (node.next != 0) PutU32(pager_->Write(node.next) + layout_->previousAt, node.previous);
         RemoveChild(std::move(path));
         owned_.Remove(step.page);
         allocator_->Free(step.page, 0);

@@ -16,7 +16,12 @@ namespace zenvora::jet::detail {
 class IndexTree {
   public:
     IndexTree(Pager& pager, PageAllocator& allocator, PageNumber definition, PageNumber root, UsageMap owned)
-        : pager_(&pager), allocator_(&allocator), definition_(definition), root_(root), owned_(owned) {}
+        : pager_(&pager),
+          layout_(&pager.Format()),
+          allocator_(&allocator),
+          definition_(definition),
+          root_(root),
+          owned_(owned) {}
 
     /// The first entry that is not below `wanted` (a key, or a key and row identity).
     [[nodiscard]] std::optional<std::string> LowerBound(std::string_view wanted) const;
@@ -53,19 +58,21 @@ class IndexTree {
     };
 
     void ReadEnds(PageNumber page, Ends& ends) const;
-    static void AppendEntry(const std::byte* page, const Ends& ends, std::size_t index, std::string& out);
-    [[nodiscard]] static int CompareEntry(const std::byte* page, const Ends& ends, std::size_t index,
-                                          std::size_t cut, std::string_view wanted);
+    [[nodiscard]] PageNumber Next(const std::byte* page) const;
+    [[nodiscard]] PageNumber Tail(const std::byte* page) const;
+    void AppendEntry(const std::byte* page, const Ends& ends, std::size_t index, std::string& out) const;
+    [[nodiscard]] int CompareEntry(const std::byte* page, const Ends& ends, std::size_t index,
+                                   std::size_t cut, std::string_view wanted) const;
     /// Index of the first entry not below `wanted`; `cut` bytes at an entry's end are left out of the
     /// comparison.
-    [[nodiscard]] static std::size_t Search(const std::byte* page, const Ends& ends, std::size_t cut,
-                                            std::string_view wanted);
+    [[nodiscard]] std::size_t Search(const std::byte* page, const Ends& ends, std::size_t cut,
+                                     std::string_view wanted) const;
     [[nodiscard]] PageNumber Descend(std::string_view wanted, std::vector<Step>* path) const;
     [[nodiscard]] PageNumber Child(PageNumber page, const Ends& ends, std::size_t index) const;
 
     [[nodiscard]] Node ReadNode(PageNumber page) const;
     void WriteNode(PageNumber page, const Node& node);
-    [[nodiscard]] static bool Fits(const Node& node);
+    [[nodiscard]] bool Fits(const Node& node) const;
     bool InsertInPlace(PageNumber page, const Ends& ends, std::size_t index, std::string_view entry);
     void SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& path, bool appended);
     void ReplaceChildKey(std::vector<Step> path, std::string_view lastEntry);
@@ -75,6 +82,7 @@ class IndexTree {
     [[nodiscard]] PageNumber NewPage();
 
     Pager* pager_;
+    const Layout* layout_;
     PageAllocator* allocator_;
     PageNumber definition_;
     PageNumber root_;

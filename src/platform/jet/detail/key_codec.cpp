@@ -5,6 +5,7 @@
 
 #include "platform/fault.h"
 #include "platform/jet/detail/general_order.h"
+#include "platform/jet/detail/general_order_97.h"
 
 namespace zenvora::jet::detail {
 
@@ -69,7 +70,8 @@ bool CanEncodeKey(const ColumnDefinition& column) noexcept {
     switch (column.type) {
         case ColumnType::Text:
         case ColumnType::Memo:
-            return column.sortOrder == kGeneralOrder && column.sortVersion == 0;
+            return column.sortOrder == kGeneralOrder && column.sortVersion == 0 &&
+                   (column.codePage == 0 || column.codePage == kWindows1252);
         case ColumnType::Ole:
         case ColumnType::BigBinary:
         case ColumnType::Complex:
@@ -135,7 +137,9 @@ void AppendKey(const ColumnDefinition& column, const Value& value, bool ascendin
             break;
         case ColumnType::Text:
         case ColumnType::Memo: {
-            const char32_t unknown = AppendGeneralKey(std::get<std::string>(value), ascending, key);
+            const std::string& text = std::get<std::string>(value);
+            const char32_t unknown = column.codePage == 0 ? AppendGeneralKey(text, ascending, key)
+                                                          : AppendGeneral97Key(text, ascending, key);
             if (unknown != 0) {
                 static constexpr char kDigits[] = "0123456789ABCDEF";
                 std::string code;
@@ -144,7 +148,7 @@ void AppendKey(const ColumnDefinition& column, const Value& value, bool ascendin
                 Place place;
                 place.column = column.name;
                 throw Fault{fault::kUnsupported,
-                            "the character U+" + code + " in \"" + std::get<std::string>(value) +
+                            "the character U+" + code + " in \"" + text +
                                 "\" cannot be sorted in the index of column " + column.name +
                                 ": write it otherwise",
                             place};

@@ -19,30 +19,56 @@ struct RowPointer {
     static RowPointer Of(RowId row) noexcept { return Of(row.page, row.slot); }
 };
 
+/// The code page of Western texts, the only one that is known beyond ASCII.
+inline constexpr std::uint16_t kWindows1252 = 1252;
+
 struct Layout {
     std::uint8_t version;
     std::size_t pageSize;
+    std::uint16_t codePage;      ///< of texts stored one byte a character; 0: texts are UTF-16
+    std::size_t characterBytes;  ///< bytes of a character in the declared length of a text
+    // the header
+    std::size_t maskedSize, passwordSize;
+    bool passwordHidesInDate;  ///< the password is XORed with the creation date
     // data pages
     std::size_t slotCountAt, slotsAt;
     std::size_t maxRow;  ///< longest row that Access takes
+    // rows
+    std::size_t rowFieldSize;  ///< of the column count and of the offsets; one byte needs a jump table
     // usage maps
     std::size_t mapRowSize;  ///< of a fresh inline map
     // table definitions
     std::size_t rowCountAt, autoNumberAt, incrementAt, typeAt, maxColumnsAt, variableCountAt, columnCountAt,
         logicalCountAt, realCountAt, ownedMapAt, freeMapAt, variablePartAt;
-    std::size_t indexCountBlock, columnBlock, realIndexBlock, logicalIndexBlock;
+    std::size_t nameSizeSize;  ///< bytes of the length in front of a name
+    std::size_t indexCountBlock;
+    std::size_t columnBlock, columnNumberAt, columnVariableAt, columnOrderAt, columnScaleAt, columnFlagsAt,
+        columnFixedAt, columnLengthAt;
+    std::size_t columnOrderVersionAt, columnExtraFlagsAt, columnCodePageAt;  ///< 0: there is none
+    std::size_t realIndexBlock, realColumnsAt, realMapAt, realRootAt, realFlagsAt;
+    std::size_t logicalIndexBlock, logicalRealAt, logicalTypeAt;
     // index pages
-    std::size_t previousAt, nextAt, tailAt, prefixAt, levelAt, maskAt, maskSize, entriesAt;
+    std::size_t previousAt, nextAt, tailAt, prefixAt, prefixSize, levelAt, maskAt, maskSize, entriesAt;
     // long values
     std::size_t maxInlineLongValue, maxSinglePiece, chainPiece;
+
+    /// Bytes for the entries of an index page.
+    [[nodiscard]] constexpr std::size_t EntryArea() const noexcept { return pageSize - entriesAt; }
 };
 
+/// Access 2000, 2002 and 2003.
 inline constexpr Layout kJet4{
     .version = 1,
     .pageSize = 4096,
+    .codePage = 0,
+    .characterBytes = 2,
+    .maskedSize = 128,
+    .passwordSize = 40,
+    .passwordHidesInDate = true,
     .slotCountAt = 12,
     .slotsAt = 14,
     .maxRow = 4060,
+    .rowFieldSize = 2,
     .mapRowSize = 69,
     .rowCountAt = 16,
     .autoNumberAt = 20,
@@ -56,14 +82,32 @@ inline constexpr Layout kJet4{
     .ownedMapAt = 55,
     .freeMapAt = 59,
     .variablePartAt = 63,
+    .nameSizeSize = 2,
     .indexCountBlock = 12,
     .columnBlock = 25,
+    .columnNumberAt = 5,
+    .columnVariableAt = 7,
+    .columnOrderAt = 11,
+    .columnScaleAt = 11,
+    .columnFlagsAt = 15,
+    .columnFixedAt = 21,
+    .columnLengthAt = 23,
+    .columnOrderVersionAt = 14,
+    .columnExtraFlagsAt = 16,
+    .columnCodePageAt = 0,
     .realIndexBlock = 52,
+    .realColumnsAt = 4,
+    .realMapAt = 34,
+    .realRootAt = 38,
+    .realFlagsAt = 46,
     .logicalIndexBlock = 28,
+    .logicalRealAt = 8,
+    .logicalTypeAt = 23,
     .previousAt = 12,
     .nextAt = 16,
     .tailAt = 20,
     .prefixAt = 24,
+    .prefixSize = 2,
     .levelAt = 26,
     .maskAt = 27,
     .maskSize = 453,
@@ -71,6 +115,67 @@ inline constexpr Layout kJet4{
     .maxInlineLongValue = 64,
     .maxSinglePiece = 4076,
     .chainPiece = 4072,
+};
+
+/// Access 97; read, never written. The code page is the file's own, see header.h.
+inline constexpr Layout kJet3{
+    .version = 0,
+    .pageSize = 2048,
+    .codePage = kWindows1252,
+    .characterBytes = 1,
+    .maskedSize = 126,
+    .passwordSize = 20,
+    .passwordHidesInDate = false,
+    .slotCountAt = 8,
+    .slotsAt = 10,
+    .maxRow = 2012,
+    .rowFieldSize = 1,
+    .mapRowSize = 133,
+    .rowCountAt = 12,
+    .autoNumberAt = 16,
+    .incrementAt = 0,
+    .typeAt = 20,
+    .maxColumnsAt = 21,
+    .variableCountAt = 23,
+    .columnCountAt = 25,
+    .logicalCountAt = 27,
+    .realCountAt = 31,
+    .ownedMapAt = 35,
+    .freeMapAt = 39,
+    .variablePartAt = 43,
+    .nameSizeSize = 1,
+    .indexCountBlock = 8,
+    .columnBlock = 18,
+    .columnNumberAt = 1,
+    .columnVariableAt = 3,
+    .columnOrderAt = 9,
+    .columnScaleAt = 11,
+    .columnFlagsAt = 13,
+    .columnFixedAt = 14,
+    .columnLengthAt = 16,
+    .columnOrderVersionAt = 0,
+    .columnExtraFlagsAt = 0,
+    .columnCodePageAt = 11,
+    .realIndexBlock = 39,
+    .realColumnsAt = 0,
+    .realMapAt = 30,
+    .realRootAt = 34,
+    .realFlagsAt = 38,
+    .logicalIndexBlock = 20,
+    .logicalRealAt = 4,
+    .logicalTypeAt = 19,
+    .previousAt = 8,
+    .nextAt = 12,
+    .tailAt = 16,
+    .prefixAt = 20,
+    .prefixSize = 1,
+    .levelAt = 21,
+    .maskAt = 22,
+    .maskSize = 226,
+    .entriesAt = 248,
+    .maxInlineLongValue = 64,
+    .maxSinglePiece = 2032,
+    .chainPiece = 2032,
 };
 
 enum PageType : std::uint8_t {

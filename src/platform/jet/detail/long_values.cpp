@@ -5,7 +5,6 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
 constexpr std::size_t kHeader = 12;
 constexpr std::uint32_t kLengthMask = 0x3FFFFFFF;
 constexpr std::uint32_t kInline = 0x80000000;
@@ -99,7 +98,8 @@ std::vector<std::byte> ReadLongValue(Pager& pager, PageNumber rowPage, std::span
 
 std::vector<std::byte> WriteLongValue(Pager& pager, PageAllocator& allocator, UsageMap owned, UsageMap free,
                                       std::span<const std::byte> data, bool mayInline) {
-    if (data.empty() || (mayInline && data.size() <= kLayout.maxInlineLongValue)) {
+    const Layout& layout = pager.Format();
+    if (data.empty() || (mayInline && data.size() <= layout.maxInlineLongValue)) {
         std::vector<std::byte> stored = MakeHeader(kInline, data.size(), {});
         stored.insert(stored.end(), data.begin(), data.end());
         return stored;
@@ -109,7 +109,7 @@ std::vector<std::byte> WriteLongValue(Pager& pager, PageAllocator& allocator, Us
                     "long texts cannot be stored in a column whose page maps are missing",
                     Place{pager.Path().string()}};
     }
-    if (data.size() <= kLayout.maxSinglePiece) {
+    if (data.size() <= layout.maxSinglePiece) {
         return MakeHeader(kSinglePage, data.size(), StorePiece(pager, allocator, owned, free, data));
     }
     if (data.size() > kLengthMask) {
@@ -118,10 +118,10 @@ std::vector<std::byte> WriteLongValue(Pager& pager, PageAllocator& allocator, Us
     // The last piece first, so that each piece knows the one behind it.
     RowPointer next;
     std::vector<std::byte> piece;
-    std::size_t pieces = (data.size() + kLayout.chainPiece - 1) / kLayout.chainPiece;
+    std::size_t pieces = (data.size() + layout.chainPiece - 1) / layout.chainPiece;
     while (pieces-- > 0) {
-        const auto part = data.subspan(pieces * kLayout.chainPiece)
-                              .first(std::min(kLayout.chainPiece, data.size() - pieces * kLayout.chainPiece));
+        const auto part = data.subspan(pieces * layout.chainPiece)
+                              .first(std::min(layout.chainPiece, data.size() - pieces * layout.chainPiece));
         piece.resize(4);
         PutU32(piece.data(), next.value);
         piece.insert(piece.end(), part.begin(), part.end());
@@ -146,7 +146,7 @@ void FreeLongValue(Pager& pager, PageAllocator& allocator, UsageMap owned, Usage
             free.Remove(page);
             owned.Remove(page);
             allocator.Free(page, kFreedData);
-        } else if (owned.Contains(page) && SlotCount(pager.Read(page)) < kMaxSlots &&
+        } else if (owned.Contains(page) && SlotCount(pager, page) < kMaxSlots &&
                    FreeBytes(pager, page) >= kWorthTrying) {
             free.Add(page, allocator);
         }

@@ -9,7 +9,6 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
 constexpr PageNumber kCatalog = 2;
 constexpr PageNumber kRights = 3;
 constexpr PageNumber kQueries = 4;
@@ -183,7 +182,7 @@ void SetColumn(const TableStore& table, std::vector<Value>& values, std::string_
 
 std::unique_ptr<Store> NewFile(std::shared_ptr<files::HostFile> file, std::filesystem::path path,
                                text::Date now) {
-    auto store = std::make_unique<Store>(std::move(file), std::move(path), false);
+    auto store = std::make_unique<Store>(std::move(file), std::move(path), kJet4, false);
     Pager& pager = store->Pages();
     PageAllocator& allocator = store->Allocator();
     store->Begin();

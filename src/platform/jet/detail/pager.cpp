@@ -11,9 +11,13 @@ constexpr std::size_t kMaxReadAhead = 64;
 constexpr std::size_t kWriteRun = 256;
 }  // namespace
 
-Pager::Pager(std::shared_ptr<files::HostFile> file, std::filesystem::path path, std::size_t pageSize,
+Pager::Pager(std::shared_ptr<files::HostFile> file, std::filesystem::path path, const Layout& layout,
              bool readOnly)
-    : file_(std::move(file)), path_(std::move(path)), pageSize_(pageSize), readOnly_(readOnly) {
+    : file_(std::move(file)),
+      path_(std::move(path)),
+      layout_(layout),
+      pageSize_(layout.pageSize),
+      readOnly_(readOnly) {
     // A last page that is cut off is left out; whether that is acceptable the opener decides.
     storedCount_ = pageCount_ = static_cast<PageNumber>(file_->Size() / pageSize_);
     frames_.resize(pageCount_);

@@ -22,7 +22,7 @@ namespace zenvora::jet::detail {
 /// alone.
 class Pager {
   public:
-    Pager(std::shared_ptr<files::HostFile> file, std::filesystem::path path, std::size_t pageSize,
+    Pager(std::shared_ptr<files::HostFile> file, std::filesystem::path path, const Layout& layout,
           bool readOnly);
     /// Where Commit keeps the old images, and the writer's place; a file for writing has both.
     void SetJournal(std::unique_ptr<Journal> journal, std::unique_ptr<WriterGuard> guard);
@@ -41,6 +41,8 @@ class Pager {
     [[nodiscard]] PageNumber Append();
     [[nodiscard]] PageNumber PageCount() const noexcept { return pageCount_; }
     [[nodiscard]] std::size_t PageSize() const noexcept { return pageSize_; }
+    /// Where things lie in this file; lives as long as the Pager.
+    [[nodiscard]] const Layout& Format() const noexcept { return layout_; }
     [[nodiscard]] bool IsReadOnly() const noexcept { return readOnly_; }
     [[nodiscard]] const std::filesystem::path& Path() const noexcept { return path_; }
 
@@ -88,6 +90,7 @@ class Pager {
     bool overlaid_ = false;
     bool broken_ = false;  // a commit failed and could not be undone: only the journal can help now
     std::filesystem::path path_;
+    Layout layout_;
     std::size_t pageSize_;
     bool readOnly_;
     PageNumber pageCount_ = 0;

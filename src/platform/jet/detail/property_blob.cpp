@@ -7,18 +7,16 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr char kSignature[4] = {'M', 'R', '2', '\0'};
+constexpr std::size_t kSignatureSize = 4;
+constexpr char kSignature[kSignatureSize] = {'M', 'R', '2', '\0'};
+constexpr char kSignature97[kSignatureSize] = {'K', 'K', 'D', '\0'};
 constexpr std::uint16_t kNames = 0x80;
 constexpr std::uint16_t kColumnProperties = 1;
 constexpr std::uint8_t kByDefinition = 1;  // flag of a property that belongs to the engine
 constexpr std::uint8_t kBooleanType = 1;
+constexpr std::uint8_t kTextType = 10;
 constexpr std::uint8_t kMemoType = 12;
 
-std::string Text(std::span<const std::byte> bytes) {
-    std::string text;
-    DecodeText(bytes, text);
-    return text;
-}
 std::vector<std::byte> Utf16(std::string_view text) {
     std::vector<std::byte> bytes;
     EncodeText(text, false, bytes);
@@ -37,13 +35,20 @@ void Append32(std::vector<std::byte>& out, std::size_t value) {
 void AppendBytes(std::vector<std::byte>& out, const std::vector<std::byte>& bytes) {
     out.insert(out.end(), bytes.begin(), bytes.end());
 }
+void AppendName(std::vector<std::byte>& out, std::string_view name) {
+    const std::vector<std::byte> text = Utf16(name);
+    Append16(out, text.size());
+    AppendBytes(out, text);
+}
 }  // namespace
 
-PropertyBlob::PropertyBlob(std::span<const std::byte> bytes) : original_(bytes.begin(), bytes.end()) {
+PropertyBlob::PropertyBlob(std::span<const std::byte> bytes, std::uint16_t codePage)
+    : original_(bytes.begin(), bytes.end()), codePage_(codePage) {
     if (bytes.empty()) return;
     broken_ = true;  // until it has been read to its end
-    if (bytes.size() < 4 || std::memcmp(bytes.data(), kSignature, sizeof kSignature) != 0) return;
-    for (std::size_t at = 4; at < bytes.size();) {
+    const char* const signature = codePage == 0 ? kSignature : kSignature97;
+    if (bytes.size() < kSignatureSize || std::memcmp(bytes.data(), signature, kSignatureSize) != 0) return;
+    for (std::size_t at = kSignatureSize; at < bytes.size();) {
         if (bytes.size() - at < 6) return;
         const std::size_t size = U32(&bytes[at]);
         if (size < 6 || size > bytes.size() - at) return;
@@ -86,6 +91,33 @@ PropertyBlob::PropertyBlob(std::span<const std::byte> bytes) : original_(bytes.b
     broken_ = false;
 }
 
+std::string PropertyBlob::Text(std::span<const std::byte> bytes) const {
+    std::string text;
+    DecodeText(bytes, codePage_, text);
+    return text;
+}
+
+PropertyBlob PropertyBlob::InUtf16() const {
+    if (codePage_ == 0 || broken_) return *this;
+    PropertyBlob wide = *this;
+    wide.codePage_ = 0;
+    wide.original_.clear();
+    for (Chunk& chunk : wide.chunks_) {
+        if (chunk.type == kNames) {
+            chunk.raw.clear();
+            for (const std::string& name : names_)
+                AppendName(chunk.raw, name);
+            continue;
+        }
+        chunk.changed = true;
+        for (Property& property : chunk.properties) {
+            if (property.type == kTextType || property.type == kMemoType)
+                property.value = Utf16(Text(property.value));
+        }
+    }
+    return wide;
+}
+
 std::optional<std::uint16_t> PropertyBlob::NamePosition(std::string_view name) const {
     for (std::size_t i = 0; i < names_.size(); ++i) {
         if (text::EqualsNoCase(names_[i], name)) return static_cast<std::uint16_t>(i);
@@ -112,6 +144,7 @@ ColumnProperties PropertyBlob::Of(std::string_view column) const {
 
 void PropertyBlob::Set(std::string_view column, std::string_view name, std::uint8_t type,
                        std::vector<std::byte> value) {
+    if (codePage_ != 0) *this = InUtf16();
     std::optional<std::uint16_t> position = NamePosition(name);
     if (!position) {
         // Behind the others: the places of the names that are there must not move.
@@ -124,9 +157,7 @@ void PropertyBlob::Set(std::string_view column, std::string_view name, std::uint
             chunks_.insert(chunks_.begin(), Chunk{kNames, {}, {}, {}, false});
             names = 0;
         }
-        const std::vector<std::byte> text = Utf16(name);
-        Append16(chunks_[names].raw, text.size());
-        AppendBytes(chunks_[names].raw, text);
+        AppendName(chunks_[names].raw, name);
     }
     Chunk* target = nullptr;
     for (Chunk& chunk : chunks_) {
@@ -159,7 +190,7 @@ void PropertyBlob::SetAllowZeroLength(std::string_view column, bool allowed) {
 }
 
 std::vector<std::byte> PropertyBlob::Bytes() const {
-    if (broken_) return original_;
+    if (broken_ || codePage_ != 0) return original_;
     std::vector<std::byte> out;
     for (char c : kSignature)
         out.push_back(static_cast<std::byte>(c));

@@ -18,7 +18,9 @@ class PropertyBlob {
     /// An empty blob.
     PropertyBlob() = default;
     /// Reads a blob. An unknown or broken one is kept as it is and has no properties; Broken tells.
-    explicit PropertyBlob(std::span<const std::byte> bytes);
+    /// `codePage`: that of a file of Access 97, whose names and texts have one byte a character; 0: UTF-16.
+    /// Fault 20001: a text of an unknown code page.
+    explicit PropertyBlob(std::span<const std::byte> bytes, std::uint16_t codePage = 0);
 
     [[nodiscard]] bool Broken() const noexcept { return broken_; }
     [[nodiscard]] bool Empty() const noexcept { return chunks_.empty(); }
@@ -29,6 +31,10 @@ class PropertyBlob {
     void SetRequired(std::string_view column, bool required);
     void SetAllowZeroLength(std::string_view column, bool allowed);
 
+    /// The same properties in the form of Access 2000 and later, whatever the file they come from.
+    [[nodiscard]] PropertyBlob InUtf16() const;
+
+    /// The blob for the file. Of one of Access 97 that was not changed (see InUtf16) the bytes as found.
     [[nodiscard]] std::vector<std::byte> Bytes() const;
 
   private:
@@ -45,11 +51,13 @@ class PropertyBlob {
         bool changed = false;
     };
 
+    [[nodiscard]] std::string Text(std::span<const std::byte> bytes) const;
     [[nodiscard]] std::optional<std::uint16_t> NamePosition(std::string_view name) const;
     void Set(std::string_view column, std::string_view name, std::uint8_t type, std::vector<std::byte> value);
 
     bool broken_ = false;
     std::vector<std::byte> original_;
+    std::uint16_t codePage_ = 0;
     std::vector<std::string> names_;
     std::vector<Chunk> chunks_;
 };

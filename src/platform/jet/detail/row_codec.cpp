@@ -8,7 +8,7 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
+constexpr const Layout& kWritten = kJet4;  // the only version that is written
 /// A row must later be able to become an overflow pointer in place.
 constexpr std::size_t kMinRow = 4;
 
@@ -43,6 +43,20 @@ double NumericToDouble(const Numeric& value) {
     Place place;
     place.column = column.name;
     throw Fault{fault::kTypeMismatch, "column " + column.name + " " + what, place};
+}
+
+std::uint32_t ReadField(const std::byte* at, std::size_t size) {
+    return size == 1 ? U8(at) : U16(at);
+}
+
+/// Entry `index` of offsets of one byte: from the jump table, which stands between them and the count of
+/// variable values, it takes the number of 256s to add.
+std::size_t ShortOffset(const RowShape& row, std::size_t index) {
+    const std::byte* const count = row.bytes.data() + row.maskAt - 1;
+    std::size_t pages = 0;
+    while (pages < row.jumps && U8(count - 1 - pages) <= index)
+        ++pages;
+    return U8(count - 1 - row.jumpBytes - index) + 256 * pages;
 }
 
 /// The value as a double when it is a number of some kind.
@@ -111,20 +125,30 @@ Value ConformText(const ColumnDefinition& column, Value value) {
 
 RowShape ParseRow(const Pager& pager, PageNumber page, std::span<const std::byte> bytes,
                   const StoredDefinition& table) {
+    const std::size_t field = pager.Format().rowFieldSize;
     RowShape row;
     row.bytes = bytes;
-    if (bytes.size() < 3) throw pager.Damaged(page, "a row is too short");
-    row.columnCount = U16(bytes.data());
+    row.fieldSize = static_cast<std::uint8_t>(field);
+    if (bytes.size() < field + 1) throw pager.Damaged(page, "a row is too short");
+    row.columnCount = ReadField(bytes.data(), field);
     const std::size_t maskSize = (row.columnCount + 7U) / 8;
-    if (row.columnCount == 0 || row.columnCount > table.maxColumns || bytes.size() < 2 + maskSize) {
+    if (row.columnCount == 0 || row.columnCount > table.maxColumns || bytes.size() < field + maskSize) {
         throw pager.Damaged(page, "a row states an impossible number of columns");
     }
     row.maskAt = static_cast<std::uint32_t>(bytes.size() - maskSize);
     if (table.variableCount > 0) {
-        if (row.maskAt < 4) throw pager.Damaged(page, "a row is too short");
-        row.variableCount = U16(bytes.data() + row.maskAt - 2);
-        if (row.variableCount > table.variableCount || row.maskAt < 4 + 2 * row.variableCount + 2) {
+        if (row.maskAt < 2 * field) throw pager.Damaged(page, "a row is too short");
+        row.variableCount = ReadField(bytes.data() + row.maskAt - field, field);
+        const std::size_t jumpBytes = field == 1 ? (bytes.size() - 1) / 256 : 0;
+        if (row.variableCount > table.variableCount ||
+            row.maskAt < (3 + row.variableCount) * field + jumpBytes) {
             throw pager.Damaged(page, "a row states an impossible number of values");
+        }
+        if (jumpBytes > 0) {
+            row.jumpBytes = row.jumps = static_cast<std::uint8_t>(jumpBytes);
+            // The last byte of the table counts for nothing when no value lies behind its 256s.
+            const std::size_t endEntryAt = row.maskAt - jumpBytes - 2 - row.variableCount;
+            if (endEntryAt / 256 < jumpBytes) --row.jumps;
         }
     }
     return row;
@@ -136,15 +160,22 @@ std::optional<std::span<const std::byte>> RawField(const RowShape& row, const Co
     if ((U8(bytes + row.maskAt + column.number / 8) >> (column.number % 8) & 1U) == 0) return std::nullopt;
     if (column.type == ColumnType::Boolean) return std::span<const std::byte>{};
     if (column.fixedLength) {
-        const std::size_t begin = 2 + std::size_t{column.fixedOffset};
+        const std::size_t begin = row.fieldSize + std::size_t{column.fixedOffset};
         if (begin + column.byteLength > row.maskAt) return std::nullopt;
         return row.bytes.subspan(begin, column.byteLength);
     }
     if (column.variableIndex >= row.variableCount) return std::nullopt;
-    const std::size_t trailer = row.maskAt - 4 - 2 * std::size_t{column.variableIndex};
-    const std::size_t begin = U16(bytes + trailer);
-    const std::size_t end = U16(bytes + trailer - 2);
-    if (begin > end || end > row.maskAt || begin < 2) return std::nullopt;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    if (row.fieldSize == 2) {
+        const std::size_t trailer = row.maskAt - 4 - 2 * std::size_t{column.variableIndex};
+        begin = U16(bytes + trailer);
+        end = U16(bytes + trailer - 2);
+    } else {
+        begin = ShortOffset(row, column.variableIndex);
+        end = ShortOffset(row, column.variableIndex + std::size_t{1});
+    }
+    if (begin > end || end > row.maskAt || begin < row.fieldSize) return std::nullopt;
     return row.bytes.subspan(begin, end - begin);
 }
 
@@ -174,7 +205,7 @@ double DecodeNumber(const ColumnDefinition& column, std::span<const std::byte> r
 
 void DecodeTextField(const ColumnDefinition& column, std::span<const std::byte> raw, std::string& out) {
     const std::size_t begin = out.size();
-    DecodeText(raw, out);
+    DecodeText(raw, column.codePage, out);
     if (column.fixedLength) {
         while (out.size() > begin && out.back() == ' ')
             out.pop_back();
@@ -392,9 +423,9 @@ std::span<const std::byte> RowBuilder::Finish() {
     row_.insert(row_.end(), mask_.begin(), mask_.end());
     while (row_.size() < kMinRow)
         row_.insert(row_.begin() + 2, std::byte{0});
-    if (row_.size() > kLayout.maxRow) {
+    if (row_.size() > kWritten.maxRow) {
         throw Fault{fault::kRecordTooLarge, "the record is too large: a row may take " +
-                                                std::to_string(kLayout.maxRow) + " bytes, this one takes " +
+                                                std::to_string(kWritten.maxRow) + " bytes, this one takes " +
                                                 std::to_string(row_.size())};
     }
     return row_;

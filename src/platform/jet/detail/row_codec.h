@@ -13,6 +13,9 @@ namespace zenvora::jet::detail {
 struct RowShape {
     std::span<const std::byte> bytes;
     std::uint32_t columnCount = 0, maskAt = 0, variableCount = 0;
+    std::uint8_t fieldSize = 2;  ///< bytes of the column count and of each offset
+    std::uint8_t jumpBytes = 0;  ///< of the jump table, which gives offsets of one byte their 256s
+    std::uint8_t jumps = 0;      ///< of these, those in use
 };
 
 /// Checks a row's trailer. Fault 3049 naming `page`.

@@ -27,8 +27,9 @@ std::size_t ColumnOf(const TableStore& table, std::string_view name) {
 }
 }  // namespace
 
-Store::Store(std::shared_ptr<files::HostFile> file, std::filesystem::path path, bool readOnly)
-    : pager_(std::move(file), std::move(path), kJet4.pageSize, readOnly), allocator_(pager_) {}
+Store::Store(std::shared_ptr<files::HostFile> file, std::filesystem::path path, const Layout& layout,
+             bool readOnly)
+    : pager_(std::move(file), std::move(path), layout, readOnly), allocator_(pager_) {}
 
 Store::~Store() = default;
 
@@ -103,7 +104,7 @@ RowId Store::CatalogRow(const TableStore& table) {
 PropertyBlob Store::ReadProperties(RowId catalogRow) {
     const std::vector<Value> values = catalog_->Read(catalogRow);
     const Value& value = values[ColumnOf(*catalog_, "LvProp")];
-    if (const auto* bytes = std::get_if<Bytes>(&value)) return PropertyBlob(*bytes);
+    if (const auto* bytes = std::get_if<Bytes>(&value)) return PropertyBlob(*bytes, pager_.Format().codePage);
     return {};
 }
 

@@ -15,7 +15,8 @@ namespace zenvora::jet::detail {
 /// One open file: its pages, its catalog, its tables, its transactions.
 class Store {
   public:
-    Store(std::shared_ptr<files::HostFile> file, std::filesystem::path path, bool readOnly);
+    Store(std::shared_ptr<files::HostFile> file, std::filesystem::path path, const Layout& layout,
+          bool readOnly);
     ~Store();
     /// Reads the catalog's own definition; to be called before anything else of a file that has one.
     void LoadCatalog();

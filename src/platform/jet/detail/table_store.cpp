@@ -13,7 +13,6 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
 constexpr std::size_t kNoPosition = static_cast<std::size_t>(-1);
 /// A page leaves the map of those with room when a row did not fit and less than this is free.
 constexpr std::size_t kWorthTrying = 128;
@@ -124,12 +123,16 @@ RowView TableStore::MakeView(RowId id, PageNumber page, std::span<const std::byt
     view.columnCount_ = shape.columnCount;
     view.maskAt_ = shape.maskAt;
     view.variableCount_ = shape.variableCount;
+    view.fieldSize_ = shape.fieldSize;
+    view.jumpBytes_ = shape.jumpBytes;
+    view.jumps_ = shape.jumps;
     view.id_ = id;
     return view;
 }
 
 RowShape TableStore::ShapeOf(const RowView& view) const {
-    return {view.bytes_, view.columnCount_, view.maskAt_, view.variableCount_};
+    return {view.bytes_,     view.columnCount_, view.maskAt_, view.variableCount_,
+            view.fieldSize_, view.jumpBytes_,   view.jumps_};
 }
 
 TableStore::Home TableStore::Locate(RowId row) const {
@@ -142,7 +145,7 @@ TableStore::Home TableStore::Locate(RowId row) const {
                 throw Fault{fault::kNoCurrentRecord, "the record is not there any more", At(pager, {})};
             throw pager.Damaged(home.page, "a row of table " + stored_.table.name + " is expected here");
         }
-        if (step == 0 && home.slot >= SlotCount(page)) {
+        if (step == 0 && home.slot >= SlotCount(pager, home.page)) {
             throw Fault{fault::kNoCurrentRecord, "the record is not there any more", At(pager, {})};
         }
         const Slot slot = ReadSlot(pager, home.page, home.slot);
@@ -168,7 +171,7 @@ void TableStore::Scan(const std::function<bool(const RowView&)>& visit) const {
             throw pager.Damaged(number, "rows of table " + stored_.table.name + " are expected here");
         }
         // The count and the page are asked for at each step: the visitor may change the table.
-        for (unsigned i = 0; i < SlotCount(pager.Read(number)); ++i) {
+        for (unsigned i = 0; i < SlotCount(pager, number); ++i) {
             const Slot slot = ReadSlot(pager, number, i);
             if (slot.Hidden()) continue;
             const RowId id{number, static_cast<std::uint8_t>(i)};
@@ -195,7 +198,7 @@ Value TableStore::FieldValue(const RowShape& row, PageNumber page, std::size_t p
     Bytes data = ReadLongValue(store_.Pages(), page, *raw);
     if (column.type == ColumnType::Ole) return data;
     std::string text;
-    DecodeText(data, text);
+    DecodeText(data, column.codePage, text);
     return text;
 }
 
@@ -226,7 +229,7 @@ void TableStore::ViewAppendText(const RowView& view, std::size_t position, std::
     if (column.type == ColumnType::Text) {
         DecodeTextField(column, *raw, out);
     } else if (column.type == ColumnType::Memo) {
-        DecodeText(ReadLongValue(store_.Pages(), view.id_.page, *raw), out);
+        DecodeText(ReadLongValue(store_.Pages(), view.id_.page, *raw), column.codePage, out);
     }
 }
 
@@ -318,7 +321,7 @@ std::optional<PageNumber> TableStore::PageWithRoom(std::size_t size) {
     if (insertPage_ != 0 && HasRoom(pager, insertPage_, size)) return insertPage_;
     UsageMap free = FreePages();
     if (insertPage_ != 0 &&
-        (FreeBytes(pager, insertPage_) < kWorthTrying || SlotCount(pager.Read(insertPage_)) >= kMaxSlots)) {
+        (FreeBytes(pager, insertPage_) < kWorthTrying || SlotCount(pager, insertPage_) >= kMaxSlots)) {
         free.Remove(insertPage_);
     }
     insertPage_ = 0;
@@ -332,7 +335,7 @@ std::optional<PageNumber> TableStore::PageWithRoom(std::size_t size) {
             insertPage_ = *page;
             return insertPage_;
         }
-        if (FreeBytes(pager, *page) < kWorthTrying || SlotCount(pager.Read(*page)) >= kMaxSlots)
+        if (FreeBytes(pager, *page) < kWorthTrying || SlotCount(pager, *page) >= kMaxSlots)
             free.Remove(*page);
     }
     return std::nullopt;
@@ -608,7 +611,7 @@ void TableStore::ReleaseIfEmpty(PageNumber page) {
         OwnedPages().Remove(page);
         store_.Allocator().Free(page, kFreedData);
         if (insertPage_ == page) insertPage_ = 0;
-    } else if (SlotCount(pager.Read(page)) < kMaxSlots && FreeBytes(pager, page) >= kWorthTrying) {
+    } else if (SlotCount(pager, page) < kMaxSlots && FreeBytes(pager, page) >= kWorthTrying) {
         free.Add(page, store_.Allocator());
     }
 }
@@ -705,7 +708,7 @@ void TableStore::AppendColumn(const NewColumn& column) {
     }
     ColumnDefinition planned = PlanColumn(column);
     if (planned.fixedLength && planned.type != ColumnType::Boolean &&
-        stored_.fixedAreaEnd + planned.byteLength > kLayout.maxRow - 64) {
+        stored_.fixedAreaEnd + planned.byteLength > pager.Format().maxRow - 64) {
         throw Fault{fault::kRecordTooLarge,
                     "the records of table " + stored_.table.name + " would get too large",
                     At(pager, column.name)};
@@ -716,7 +719,7 @@ void TableStore::AppendColumn(const NewColumn& column) {
         const std::vector<std::byte> empty = UsageMap::EmptyRow();
         PageNumber page = stored_.ownedMap.Page();
         CheckDataPage(pager, page);
-        if (SlotCount(pager.Read(page)) + 2 > kMaxSlots || FreeBytes(pager, page) < 2 * (empty.size() + 2)) {
+        if (SlotCount(pager, page) + 2 > kMaxSlots || FreeBytes(pager, page) < 2 * (empty.size() + 2)) {
             page = store_.Allocator().Allocate();
             FormatDataPage(pager, page, 0);
         }
@@ -730,13 +733,14 @@ void TableStore::AppendColumn(const NewColumn& column) {
 
 void TableStore::Flush() {
     if (!counts_.changed) return;
+    const Layout& layout = store_.Pages().Format();
     std::byte* const page = store_.Pages().Write(page_);
     const auto put = [&](std::size_t at, std::uint32_t value) {
         PutU32(stored_.bytes.data() + at, value);
-        if (at + 4 <= kLayout.pageSize) PutU32(page + at, value);
+        if (at + 4 <= layout.pageSize) PutU32(page + at, value);
     };
-    put(kLayout.rowCountAt, counts_.rows);
-    put(kLayout.autoNumberAt, counts_.autoNumber);
+    put(layout.rowCountAt, counts_.rows);
+    put(layout.autoNumberAt, counts_.autoNumber);
     for (std::size_t i = 0; i < stored_.indexes.size(); ++i) {
         put(stored_.indexes[i].countBlockAt + 4, counts_.distinct[i]);
     }

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 
+#include "platform/fault.h"
 #include "platform/jet/detail/bytes.h"
+#include "platform/jet/detail/layout.h"
+#include "platform/text/encoding.h"
 #include "platform/text/utf8.h"
 
 namespace zenvora::jet::detail {
@@ -56,6 +59,24 @@ void DecodeText(std::span<const std::byte> stored, std::string& out) {
         if (zero == stored.end()) return;
         stored = stored.subspan(stretch.size() + 1);
         compressed = !compressed;
+    }
+}
+
+void DecodeText(std::span<const std::byte> stored, std::uint16_t codePage, std::string& out) {
+    if (codePage == 0) {
+        DecodeText(stored, out);
+        return;
+    }
+    const std::string_view bytes{reinterpret_cast<const char*>(stored.data()), stored.size()};
+    const auto ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (std::all_of(bytes.begin(), bytes.end(), ascii)) {
+        out += bytes;
+    } else if (codePage == kWindows1252) {
+        out += text::FromWindows1252(bytes);
+    } else {
+        throw Fault{fault::kUnsupported,
+                    "the database holds texts in the code page " + std::to_string(codePage) +
+                        ", which are not known here: convert it in Access to the format of Access 2002-2003"};
     }
 }
 

@@ -5,10 +5,13 @@
 namespace zenvora::jet::detail {
 
 namespace {
-constexpr const Layout& kLayout = kJet4;
 constexpr std::size_t kInlineHeader = 5;  // form and start page
 constexpr std::size_t kBitsAt = 4;        // of a bit page
-constexpr PageNumber kPagesPerBitPage = static_cast<PageNumber>((kLayout.pageSize - kBitsAt) * 8);
+
+PageNumber PagesPerBitPage(const Pager& pager) {
+    return static_cast<PageNumber>((pager.PageSize() - kBitsAt) * 8);
+}
+
 constexpr std::uint8_t kInline = 0;
 constexpr std::uint8_t kReference = 1;
 const RowPointer kGlobalMap = RowPointer::Of(1, 0);
@@ -44,7 +47,7 @@ void CheckBitPage(Pager& pager, PageNumber page) {
 
 void FormatBitPage(Pager& pager, PageNumber number, std::byte fill) {
     std::byte* page = pager.Write(number);
-    std::memset(page, static_cast<int>(fill), kLayout.pageSize);
+    std::memset(page, static_cast<int>(fill), pager.PageSize());
     PutU8(page, kMapPage);
     PutU8(page + 1, 1);
     PutU16(page + 2, 0);
@@ -56,10 +59,11 @@ std::span<const std::byte> UsageMap::Bytes() const {
 }
 
 std::vector<std::byte> UsageMap::EmptyRow() {
-    return std::vector<std::byte>(kLayout.mapRowSize);
+    return std::vector<std::byte>(kJet4.mapRowSize);  // the only version that is written
 }
 
 std::vector<PageNumber> UsageMap::Collect(bool inUse) const {
+    const PageNumber perBitPage = PagesPerBitPage(*pager_);
     std::vector<PageNumber> pages;
     const PageNumber count = pager_->PageCount();
     const auto collect = [&](const std::byte* bits, std::size_t byteCount, PageNumber start) {
@@ -88,27 +92,27 @@ std::vector<PageNumber> UsageMap::Collect(bool inUse) const {
     for (std::size_t i = 0; 1 + 4 * (i + 1) <= row.size(); ++i) {
         const PageNumber bitPage = U32(row.data() + 1 + 4 * i);
         if (bitPage == 0) continue;
-        if (!inUse && i * kPagesPerBitPage >= count) break;
+        if (!inUse && i * perBitPage >= count) break;
         CheckBitPage(*pager_, bitPage);
-        collect(pager_->Read(bitPage) + kBitsAt, kPagesPerBitPage / 8,
-                static_cast<PageNumber>(i * kPagesPerBitPage));
+        collect(pager_->Read(bitPage) + kBitsAt, perBitPage / 8, static_cast<PageNumber>(i * perBitPage));
     }
     return pages;
 }
 
 bool UsageMap::Contains(PageNumber page) const {
+    const PageNumber perBitPage = PagesPerBitPage(*pager_);
     const auto bytes = Bytes();
     if (U8(bytes.data()) == kInline) {
         const PageNumber start = U32(bytes.data() + 1);
         return page >= start && page - start < (bytes.size() - kInlineHeader) * 8 &&
                Bit(bytes.data() + kInlineHeader, page - start);
     }
-    const std::size_t entry = page / kPagesPerBitPage;
+    const std::size_t entry = page / perBitPage;
     if (1 + 4 * (entry + 1) > bytes.size()) return false;
     const PageNumber bitPage = U32(bytes.data() + 1 + 4 * entry);
     if (bitPage == 0) return false;
     CheckBitPage(*pager_, bitPage);
-    return Bit(pager_->Read(bitPage) + kBitsAt, page % kPagesPerBitPage);
+    return Bit(pager_->Read(bitPage) + kBitsAt, page % perBitPage);
 }
 
 void UsageMap::Add(PageNumber page, PageAllocator& allocator) {
@@ -157,7 +161,8 @@ void UsageMap::ConvertToReference(PageNumber extra, PageAllocator& allocator) {
 }
 
 void UsageMap::AddByReference(PageNumber page, PageAllocator& allocator) {
-    const std::size_t entry = page / kPagesPerBitPage;
+    const PageNumber perBitPage = PagesPerBitPage(*pager_);
+    const std::size_t entry = page / perBitPage;
     const auto bytes = Bytes();
     if (1 + 4 * (entry + 1) > bytes.size())
         throw pager_->Damaged(row_.Page(), "a usage map is too short for the file");
@@ -169,19 +174,20 @@ void UsageMap::AddByReference(PageNumber page, PageAllocator& allocator) {
     } else {
         CheckBitPage(*pager_, bitPage);
     }
-    if (!Bit(pager_->Read(bitPage) + kBitsAt, page % kPagesPerBitPage)) {
-        SetBit(pager_->Write(bitPage) + kBitsAt, page % kPagesPerBitPage, true);
+    if (!Bit(pager_->Read(bitPage) + kBitsAt, page % perBitPage)) {
+        SetBit(pager_->Write(bitPage) + kBitsAt, page % perBitPage, true);
     }
 }
 
 void UsageMap::Remove(PageNumber page) {
+    const PageNumber perBitPage = PagesPerBitPage(*pager_);
     if (!Contains(page)) return;
     const auto bytes = Bytes();
     if (U8(bytes.data()) == kInline) {
         SetBit(WritableMap(*pager_, row_) + kInlineHeader, page - U32(bytes.data() + 1), false);
     } else {
-        const PageNumber bitPage = U32(bytes.data() + 1 + 4 * (page / kPagesPerBitPage));
-        SetBit(pager_->Write(bitPage) + kBitsAt, page % kPagesPerBitPage, false);
+        const PageNumber bitPage = U32(bytes.data() + 1 + 4 * (page / perBitPage));
+        SetBit(pager_->Write(bitPage) + kBitsAt, page % perBitPage, false);
     }
 }
 
@@ -190,6 +196,7 @@ std::span<const std::byte> PageAllocator::Map() const {
 }
 
 PageNumber PageAllocator::FindFree() {
+    const PageNumber perBitPage = PagesPerBitPage(pager_);
     const PageNumber count = pager_.PageCount();
     const auto bytes = Map();
     const auto search = [&](const std::byte* bits, std::uint64_t low, std::uint64_t end) -> PageNumber {
@@ -211,13 +218,12 @@ PageNumber PageAllocator::FindFree() {
         found = search(bytes.data() + kInlineHeader, start, start + (bytes.size() - kInlineHeader) * 8);
     } else {
         const std::vector<std::byte> row(bytes.begin(), bytes.end());
-        for (std::size_t i = 0; found == 0 && 1 + 4 * (i + 1) <= row.size() && i * kPagesPerBitPage < count;
-             ++i) {
+        for (std::size_t i = 0; found == 0 && 1 + 4 * (i + 1) <= row.size() && i * perBitPage < count; ++i) {
             const PageNumber bitPage = U32(row.data() + 1 + 4 * i);
             if (bitPage == 0)
                 continue;  // a whole range without a map: leave it alone, the file's end serves as well
             CheckBitPage(pager_, bitPage);
-            found = search(pager_.Read(bitPage) + kBitsAt, i * kPagesPerBitPage, (i + 1) * kPagesPerBitPage);
+            found = search(pager_.Read(bitPage) + kBitsAt, i * perBitPage, (i + 1) * perBitPage);
         }
     }
     searchFrom_ = found == 0 ? count : found;
@@ -239,6 +245,7 @@ PageNumber PageAllocator::Allocate() {
 }
 
 void PageAllocator::MarkUsed(PageNumber page) {
+    const PageNumber perBitPage = PagesPerBitPage(pager_);
     auto bytes = Map();
     if (U8(bytes.data()) == kInline) {
         const PageNumber start = U32(bytes.data() + 1);
@@ -254,7 +261,7 @@ void PageAllocator::MarkUsed(PageNumber page) {
         }
         return;
     }
-    const std::size_t entry = page / kPagesPerBitPage;
+    const std::size_t entry = page / perBitPage;
     if (1 + 4 * (entry + 1) > bytes.size())
         throw pager_.Damaged(1, "the map of free pages is too short for the file");
     PageNumber bitPage = U32(bytes.data() + 1 + 4 * entry);
@@ -264,7 +271,7 @@ void PageAllocator::MarkUsed(PageNumber page) {
         PutU32(WritableMap(pager_, kGlobalMap) + 1 + 4 * entry, bitPage);
         MarkUsed(bitPage);
     }
-    SetBit(pager_.Write(bitPage) + kBitsAt, page % kPagesPerBitPage, false);
+    SetBit(pager_.Write(bitPage) + kBitsAt, page % perBitPage, false);
 }
 
 void PageAllocator::LengthenTo(PageNumber page) {
@@ -283,6 +290,7 @@ void PageAllocator::LengthenTo(PageNumber page) {
 }
 
 void PageAllocator::ConvertToReference() {
+    const PageNumber perBitPage = PagesPerBitPage(pager_);
     const auto bytes = Map();
     const std::vector<std::byte> old(bytes.begin(), bytes.end());
     const PageNumber start = U32(old.data() + 1);
@@ -291,14 +299,14 @@ void PageAllocator::ConvertToReference() {
     std::memset(map, 0, old.size());
     PutU8(map, kReference);
     std::vector<PageNumber> bitPages;
-    for (std::size_t range = 0; range * kPagesPerBitPage < count; ++range) {
+    for (std::size_t range = 0; range * perBitPage < count; ++range) {
         const PageNumber bitPage = pager_.Append();
         FormatBitPage(pager_, bitPage, std::byte{0xFF});
         PutU32(WritableMap(pager_, kGlobalMap) + 1 + 4 * range, bitPage);
         bitPages.push_back(bitPage);
         std::byte* bits = pager_.Write(bitPage) + kBitsAt;
-        for (PageNumber i = 0; i < kPagesPerBitPage; ++i) {
-            const std::uint64_t page = range * kPagesPerBitPage + i;
+        for (PageNumber i = 0; i < perBitPage; ++i) {
+            const std::uint64_t page = range * perBitPage + i;
             if (page >= count) break;
             const bool covered = page >= start && page - start < (old.size() - kInlineHeader) * 8;
             SetBit(bits, i, covered && Bit(old.data() + kInlineHeader, page - start));
@@ -309,6 +317,7 @@ void PageAllocator::ConvertToReference() {
 }
 
 void PageAllocator::Free(PageNumber page, std::uint8_t freedType) {
+    const PageNumber perBitPage = PagesPerBitPage(pager_);
     PutU8(pager_.Write(page), freedType);
     const auto bytes = Map();
     if (U8(bytes.data()) == kInline) {
@@ -316,11 +325,11 @@ void PageAllocator::Free(PageNumber page, std::uint8_t freedType) {
         if (page < start || page - start >= (bytes.size() - kInlineHeader) * 8) return;
         SetBit(WritableMap(pager_, kGlobalMap) + kInlineHeader, page - start, true);
     } else {
-        const std::size_t entry = page / kPagesPerBitPage;
+        const std::size_t entry = page / perBitPage;
         if (1 + 4 * (entry + 1) > bytes.size()) return;
         const PageNumber bitPage = U32(bytes.data() + 1 + 4 * entry);
         if (bitPage == 0) return;
-        SetBit(pager_.Write(bitPage) + kBitsAt, page % kPagesPerBitPage, true);
+        SetBit(pager_.Write(bitPage) + kBitsAt, page % perBitPage, true);
     }
     searchFrom_ = std::min(searchFrom_, page);
 }

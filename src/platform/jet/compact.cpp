@@ -107,7 +107,7 @@ RewriteReport Compact(const std::filesystem::path& path, text::Date now, files::
 RewriteReport Convert(const std::filesystem::path& path, text::Date now, files::HostDisk& disk) {
     const std::filesystem::path target = Target(path);
     const auto source = Database::Open(target, Database::Access::ReadOnly, disk);
-    if (detail::StoreOf(*source).Pages().PageSize() == detail::kJet4.pageSize) {
+    if (detail::StoreOf(*source).Pages().Format().version == detail::kJet4.version) {
         throw Fault{fault::kUnsupported,
                     "the file is in the format of Access 2000 to 2003 already: there is nothing to convert",
                     At(path)};

@@ -19,7 +19,7 @@ constexpr std::size_t kSettingsEnd = 0x98;
 constexpr std::size_t kBatchBytes = std::size_t{16} << 20;
 
 bool IsOld(const Pager& pager) {
-    return pager.PageSize() != kJet4.pageSize;
+    return pager.Format().version != kJet4.version;
 }
 
 /// Tables in which Access 97 keeps forms, modules and its own notes, in a form that no other version reads.
@@ -175,8 +175,8 @@ class Copier {
     }
 
     [[nodiscard]] Value NewerProperties(const Bytes& properties) const {
-        const PropertyBlob blob(properties);
-        return blob.Broken() ? Value{Null{}} : Value{blob.Bytes()};
+        const PropertyBlob blob(properties, source_.Pages().Format().codePage);
+        return blob.Broken() ? Value{Null{}} : Value{blob.InUtf16().Bytes()};
     }
 
     void CopyRights(const std::set<std::int32_t>& carried) {

@@ -42,20 +42,14 @@ bool IsLong(const ColumnDefinition& column) {
 }  // namespace
 
 FieldReader::FieldReader(Pager& pager, const StoredDefinition& table)
-    : pager_(pager), table_(table), oldText_(pager.PageSize() != kJet4.pageSize) {
+    : pager_(pager), table_(table), oldText_(pager.Format().version != kJet4.version) {
     fields_.resize(table.table.columns.size());
     buffers_.resize(fields_.size());
 }
 
-void FieldReader::StoreText(const ColumnDefinition& column, std::string_view text,
-                            std::vector<std::byte>& out) {
-    out.clear();
-    EncodeText(text, column.type == ColumnType::Memo || !column.fixedLength, out);
-    if (column.type == ColumnType::Memo || !column.fixedLength) return;
-    while (out.size() < column.byteLength) {
-        out.push_back(std::byte{' '});
-        out.push_back(std::byte{0});
-    }
+std::vector<std::byte> FieldReader::LongValue(std::size_t, PageNumber page,
+                                              std::span<const std::byte> stored) {
+    return ReadLongValue(pager_, page, stored);
 }
 
 const StoredFields& FieldReader::Read(PageNumber page, const RowShape& row) {
@@ -64,11 +58,24 @@ const StoredFields& FieldReader::Read(PageNumber page, const RowShape& row) {
         fields_[i] = RawField(row, column);
         if (!fields_[i]) continue;
         if (IsLong(column)) {
-            buffers_[i] = ReadLongValue(pager_, page, *fields_[i]);
+            buffers_[i] = LongValue(i, page, *fields_[i]);
             fields_[i] = buffers_[i];
         }
+        if (oldText_ && (column.type == ColumnType::Text || column.type == ColumnType::Memo))
+            fields_[i] = NewerText(i, *fields_[i]);
     }
     return fields_;
+}
+
+std::span<const std::byte> FieldReader::NewerText(std::size_t position, std::span<const std::byte> stored) {
+    const ColumnDefinition& column = table_.table.columns[position];
+    text_.clear();
+    DecodeText(stored, column.codePage, text_);
+    // Fixed-length ones are filled up with blanks in either version.
+    std::vector<std::byte>& out = buffers_[position];
+    out.clear();
+    EncodeText(text_, !column.fixedLength, out);
+    return out;
 }
 
 const StoredFields& FieldReader::ReadAt(RowId row) {
@@ -82,7 +89,7 @@ void EachHome(Pager& pager, const StoredDefinition& table, const std::function<v
         CheckDataPage(pager, page);
         if (U32(pager.Read(page) + 4) != definitionPage)
             throw pager.Damaged(page, "rows of another table are here");
-        const unsigned count = SlotCount(pager.Read(page));
+        const unsigned count = SlotCount(pager, page);
         for (unsigned i = 0; i < count; ++i) {
             if (!ReadSlot(pager, page, i).Hidden()) visit({page, static_cast<std::uint8_t>(i)});
         }

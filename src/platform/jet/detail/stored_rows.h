@@ -15,6 +15,9 @@ class FieldReader {
   public:
     /// Both must outlive the reader.
     FieldReader(Pager& pager, const StoredDefinition& table);
+    virtual ~FieldReader() = default;
+    FieldReader(const FieldReader&) = delete;
+    FieldReader& operator=(const FieldReader&) = delete;
 
     /// The values of a row; valid until the next call and as long as the row's page is in memory. Fault 3049:
     /// a long value has lost a piece.
@@ -23,15 +26,23 @@ class FieldReader {
     /// The values of the row of that identity. Fault 3049: there is none.
     const StoredFields& ReadAt(RowId row);
 
-    /// The stored form of a text. Fixed-length ones are filled up to the length of the column.
-    static void StoreText(const ColumnDefinition& column, std::string_view text, std::vector<std::byte>& out);
+  protected:
+    /// The data of a Memo or OLE value, of which the row holds `stored`.
+    virtual std::vector<std::byte> LongValue(std::size_t column, PageNumber page,
+                                             std::span<const std::byte> stored);
+    [[nodiscard]] Pager& Pages() noexcept { return pager_; }
+    [[nodiscard]] const StoredDefinition& Table() const noexcept { return table_; }
 
   private:
+    [[nodiscard]] std::span<const std::byte> NewerText(std::size_t position,
+                                                       std::span<const std::byte> stored);
+
     Pager& pager_;
     const StoredDefinition& table_;
     bool oldText_;  ///< texts are in a code page and must be written anew
     StoredFields fields_;
     std::vector<std::vector<std::byte>> buffers_;
+    std::string text_;
 };
 
 /// Calls `visit` for each row of a table with its identity, the page of its bytes and its values, in the

@@ -13,6 +13,7 @@ void Modernize(ColumnDefinition& column) {
         column.byteLength = static_cast<std::uint16_t>(std::min(2 * column.byteLength, 510));
         column.compressed = !column.fixedLength;
     }
+    column.codePage = 0;
     // The old files have this flag on columns that are no identifiers, where it means nothing.
     if (column.type != ColumnType::Guid) column.flags &= static_cast<std::uint8_t>(~kColumnGuidNumber);
 }
@@ -24,7 +25,7 @@ PlannedTable PlanCopy(const Pager& source, const StoredDefinition& table,
     plan.system = table.table.systemTable;
     for (const ColumnDefinition& column : table.table.columns)
         plan.columns.push_back({column, plan.system});
-    if (source.PageSize() != kJet4.pageSize) {
+    if (source.Format().version != kJet4.version) {
         for (PlannedColumn& each : plan.columns)
             Modernize(each.column);
     }

@@ -101,7 +101,7 @@ class Copier {
         std::size_t written = 0;
         EachRow(from, source_.Allocator(), object.DefinitionPage(), table,
                 [&](RowId row, const StoredFields& fields) {
-                    const auto outcome = writer.Add(fields);
+                    const auto outcome = Add(writer, object.name, fields);
                     if (outcome.refusal != TableWriter::Refusal::None) {
                         const auto& names = table.table.indexes[outcome.index].names;
                         throw from.Damaged(row.page, "a row of table " + object.name +
@@ -119,6 +119,18 @@ class Copier {
         if (!old_) increment = U32(table.bytes.data() + kJet4.incrementAt);
         writer.Finish(table.autoNumber, increment == 0 ? 1 : increment);
         if (object.IsUserTable()) report_.tables.push_back({object.name, writer.Rows()});
+    }
+
+    static TableWriter::Outcome Add(TableWriter& writer, const std::string& table,
+                                    const StoredFields& fields) {
+        try {
+            return writer.Add(fields);
+        } catch (Fault& fault) {
+            if (fault.number == fault::kUnsupported)
+                fault.description =
+                    "an index of table " + table + " cannot be built anew: " + fault.description;
+            throw;
+        }
     }
 
     [[nodiscard]] std::int32_t NewId(const CatalogObject& object) const {

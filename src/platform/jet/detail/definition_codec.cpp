@@ -73,33 +73,6 @@ std::vector<std::byte> JoinChain(Pager& pager, PageNumber first, std::vector<Pag
     return bytes;
 }
 
-ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block) {
-    ColumnDefinition column;
-    column.type = static_cast<ColumnType>(U8(block));
-    column.number = U16(block + layout.columnNumberAt);
-    column.variableIndex = U16(block + layout.columnVariableAt);
-    if (column.type == ColumnType::Numeric) {
-        column.precision = U8(block + layout.columnScaleAt);
-        column.scale = U8(block + layout.columnScaleAt + 1);
-    } else {
-        column.sortOrder = U16(block + layout.columnOrderAt);
-        if (layout.columnOrderVersionAt != 0) column.sortVersion = U8(block + layout.columnOrderVersionAt);
-    }
-    if (layout.columnCodePageAt != 0 &&
-        (column.type == ColumnType::Text || column.type == ColumnType::Memo)) {
-        column.codePage = U16(block + layout.columnCodePageAt);
-        if (column.codePage == 0) column.codePage = layout.codePage;
-    }
-    column.flags = U8(block + layout.columnFlagsAt);
-    column.fixedLength = (column.flags & kColumnFixed) != 0;
-    column.autoNumber = (column.flags & kColumnAutoNumber) != 0;
-    if (layout.columnExtraFlagsAt != 0)
-        column.compressed = (U8(block + layout.columnExtraFlagsAt) & 0x01) != 0;
-    column.fixedOffset = U16(block + layout.columnFixedAt);
-    column.byteLength = U16(block + layout.columnLengthAt);
-    return column;
-}
-
 void CheckColumns(const Pager& pager, PageNumber page, const StoredDefinition& stored) {
     std::set<std::uint16_t> numbers;
     std::set<std::uint16_t> variables;
@@ -190,6 +163,33 @@ void AppendLongColumn(std::vector<std::byte>& out, const LongColumn& maps) {
     AppendBlock(out, block, sizeof block);
 }
 }  // namespace
+
+ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block) {
+    ColumnDefinition column;
+    column.type = static_cast<ColumnType>(U8(block));
+    column.number = U16(block + layout.columnNumberAt);
+    column.variableIndex = U16(block + layout.columnVariableAt);
+    if (column.type == ColumnType::Numeric) {
+        column.precision = U8(block + layout.columnScaleAt);
+        column.scale = U8(block + layout.columnScaleAt + 1);
+    } else {
+        column.sortOrder = U16(block + layout.columnOrderAt);
+        if (layout.columnOrderVersionAt != 0) column.sortVersion = U8(block + layout.columnOrderVersionAt);
+    }
+    if (layout.columnCodePageAt != 0 &&
+        (column.type == ColumnType::Text || column.type == ColumnType::Memo)) {
+        column.codePage = U16(block + layout.columnCodePageAt);
+        if (column.codePage == 0) column.codePage = layout.codePage;
+    }
+    column.flags = U8(block + layout.columnFlagsAt);
+    column.fixedLength = (column.flags & kColumnFixed) != 0;
+    column.autoNumber = (column.flags & kColumnAutoNumber) != 0;
+    if (layout.columnExtraFlagsAt != 0)
+        column.compressed = (U8(block + layout.columnExtraFlagsAt) & 0x01) != 0;
+    column.fixedOffset = U16(block + layout.columnFixedAt);
+    column.byteLength = U16(block + layout.columnLengthAt);
+    return column;
+}
 
 StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
     const Layout& layout = pager.Format();

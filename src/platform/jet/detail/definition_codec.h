@@ -57,6 +57,9 @@ struct StoredDefinition {
     std::size_t namesAt = 0, realIndexesAt = 0, endMarkAt = 0;
 };
 
+/// Reads the descriptor of a column; its name stands elsewhere.
+[[nodiscard]] ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block);
+
 /// Reads a definition. Fault 3049 with the page where it stops making sense.
 [[nodiscard]] StoredDefinition ReadDefinition(Pager& pager, PageNumber page);
 

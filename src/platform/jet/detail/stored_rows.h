@@ -30,7 +30,7 @@ class FieldReader {
     /// The data of a Memo or OLE value, of which the row holds `stored`.
     virtual std::vector<std::byte> LongValue(std::size_t column, PageNumber page,
                                              std::span<const std::byte> stored);
-    [[nodiscard]] Pager& Pages() noexcept { return pager_; }
+    [[nodiscard]] Pager& Pages() const noexcept { return pager_; }
     [[nodiscard]] const StoredDefinition& Table() const noexcept { return table_; }
 
   private:

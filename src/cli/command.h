@@ -54,5 +54,8 @@ class Command {
 [[nodiscard]] std::unique_ptr<Command> MakeRecordsCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSelectCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSqlCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeCompactCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeConvertCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeRepairCommand();
 
 }  // namespace zenvora::cli

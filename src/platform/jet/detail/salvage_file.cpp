@@ -100,7 +100,14 @@ Layout LayoutOf(files::HostFile& file, const std::filesystem::path& path) {
 std::unique_ptr<Pager> OpenForSalvage(const std::filesystem::path& path, files::HostDisk& disk) {
     auto file = std::make_shared<PaddedFile>(disk.Open(path, files::OpenMode::ReadOnly));
     const Layout layout = LayoutOf(*file, path);
-    return std::make_unique<Pager>(std::move(file), path, layout, true);
+    auto pager = std::make_unique<Pager>(file, path, layout, true);
+    try {
+        // A commit that was broken off is no damage: its journal still has the pages.
+        if (const auto old = Journal::Peek(disk, path, *file)) pager->SetOverlay(*old);
+    } catch (const Fault&) {
+        // A journal that cannot be read leaves the pages as they are.
+    }
+    return pager;
 }
 
 std::optional<SalvagedDefinition> SalvageDefinition(Pager& pager, PageNumber first) {

@@ -170,7 +170,11 @@ const std::filesystem::path& Database::Path() const {
 bool Database::IsReadOnly() const {
     return store_->Pages().IsReadOnly();
 }
+const std::string& Database::Notice() const {
+    return notice_;
+}
 std::vector<std::string> Database::TableNames() const {
+    const Store::Reading reading(*store_);
     return store_->TableNames();
 }
 

@@ -68,9 +68,8 @@ Fault InUse(const std::filesystem::path& database, const std::string& who) {
 WriterGuard::WriterGuard(files::HostDisk& disk, const std::filesystem::path& database,
                          std::shared_ptr<files::HostFile> file)
     : disk_(disk), lockFilePath_(LockFileOf(database)), file_(std::move(file)) {
-    if (file_->TryLock(kWriterByte, 1, LockKind::Exclusive) == LockAnswer::Held) {
-        throw InUse(database, WhoHasIt(disk_, lockFilePath_));
-    }
+    const LockAnswer writer = file_->TryLock(kWriterByte, 1, LockKind::Exclusive);
+    if (writer == LockAnswer::Held) throw InUse(database, WhoHasIt(disk_, lockFilePath_));
     try {
         if (disk_.Exists(lockFilePath_)) {
             // Somebody else's: its names prove nothing, its locks do. What cannot be judged counts as in use.
@@ -83,7 +82,8 @@ WriterGuard::WriterGuard(files::HostDisk& disk, const std::filesystem::path& dat
             }
             if (answer != LockAnswer::Taken) throw InUse(database, WhoHasIt(disk_, lockFilePath_));
         }
-        EnterLockFile();
+        // Without locks an entry would only keep others out, and us, when a crash leaves it behind.
+        if (writer == LockAnswer::Taken) EnterLockFile();
     } catch (...) {
         file_->Unlock(kWriterByte, 1);
         throw;
@@ -93,12 +93,7 @@ WriterGuard::WriterGuard(files::HostDisk& disk, const std::filesystem::path& dat
 void WriterGuard::EnterLockFile() {
     try {
         if (!lockFile_) lockFile_ = disk_.Open(lockFilePath_, files::OpenMode::CreateNew);
-        if (lockFile_->TryLock(kFirstUser, 1, LockKind::Exclusive) == LockAnswer::Unsupported) {
-            // Without its lock the file would only keep others out when it is left behind.
-            lockFile_.reset();
-            disk_.Remove(lockFilePath_);
-            return;
-        }
+        static_cast<void>(lockFile_->TryLock(kFirstUser, 1, LockKind::Exclusive));
         std::array<std::byte, 2 * kNameSize> entry{};
         const auto put = [&](std::size_t at, const std::string& name) {
             std::memcpy(entry.data() + at, name.data(), std::min(name.size(), kNameSize - 1));

@@ -175,6 +175,7 @@ void Journal::Begin(files::HostFile& database, std::size_t pageSize, PageNumber 
     if (before > 0) StoreAs(header + 24, IdentityOf(database, pageSize));
     StoreAs(header + 32, database.Stamp().modified);
     StoreAs(header + 40, Checksum({header, 40}));
+    header_ = buffer_;
 }
 
 void Journal::Add(PageNumber page, std::span<const std::byte> oldImage, std::span<const std::byte> newImage) {
@@ -203,11 +204,15 @@ void Journal::Seal() {
 
 void Journal::Clear() {
     buffer_.clear();
-    file_->Truncate(0);
+    // The header first, and that for good: should it fail, the records are still there for Undo.
+    file_->WriteAt(0, std::array<std::byte, kHeaderBytes>{});
     file_->Sync();
+    file_->Truncate(0);
 }
 
 void Journal::Undo(files::HostFile& database) {
+    file_->WriteAt(0, header_);
+    file_->Sync();
     if (const auto sealed = ReadSealed(*file_)) PutBack(*file_, *sealed, database);
     Clear();
 }

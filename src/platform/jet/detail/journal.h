@@ -17,8 +17,9 @@ namespace zenvora::jet::detail {
 /// The rollback journal of one database file: NAME-journal beside it.
 ///
 /// Before pages of the database are overwritten, their old images go here, and this file is synced. When the
-/// new pages are on the device too, the journal is emptied; that moment is the commit. A journal with content
-/// therefore means a commit that was broken off, and the database is brought back to the state before it.
+/// new pages are on the device too, the journal is emptied, its header first; that moment is the commit. A
+/// journal with content therefore means a commit that was broken off, and the database is brought back to the
+/// state before it.
 ///
 /// The file, little-endian:
 ///   0   8  "ZVJRNL1" and a zero
@@ -86,6 +87,7 @@ class Journal {
     std::size_t pageSize_ = 0;
     std::uint64_t end_ = 0;
     std::vector<std::byte> buffer_;
+    std::vector<std::byte> header_;  // of the commit in hand
 };
 
 /// A checksum of 64 bits, quick, for finding torn and foreign bytes; no protection against intent.

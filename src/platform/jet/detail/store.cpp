@@ -251,9 +251,15 @@ void Store::Begin() {
 
 void Store::Commit() {
     if (!pager_.InTransaction()) throw Fault{fault::kInvalidCall, "there is no transaction to commit"};
-    for (TableStore* table : OpenStores())
-        table->Flush();
-    pager_.Commit();
+    try {
+        for (TableStore* table : OpenStores())
+            table->Flush();
+        pager_.Commit();
+    } catch (...) {
+        // The file is as it was before the transaction, and so shall be what is known of it.
+        Rollback();
+        throw;
+    }
     ++changes_;
 }
 

@@ -146,7 +146,9 @@ class Copier {
         std::set<std::int32_t> carried;
         for (const CatalogObject& object : objects_) {
             const auto twin = std::find_if(present.begin(), present.end(), [&](const CatalogObject& each) {
-                return each.type == object.type && each.id == object.id;
+                return each.type == object.type && (object.IsEngineTable()
+                                                        ? text::EqualsNoCase(each.name, object.name)
+                                                        : each.id == object.id);
             });
             if (twin == present.end() && !Carries(object)) continue;
             carried.insert(NewId(object));
@@ -175,7 +177,7 @@ class Copier {
         } else {
             row.Take(sourceCatalog_, sourceCatalog_.Read(object.row));
         }
-        row.Set("Id", NewId(object));
+        row.Set("Id", twin == nullptr ? NewId(object) : twin->id);
         if (twin == nullptr) {
             catalog.Insert(row.values);
             return;
@@ -218,7 +220,11 @@ class Copier {
     }
 
     void CopySystemRows(const char* name, PageNumber page) {
-        const TableStore from(source_, name, page);
+        const auto found = std::find_if(objects_.begin(), objects_.end(), [&](const CatalogObject& object) {
+            return object.IsEngineTable() && text::EqualsNoCase(object.name, name);
+        });
+        if (found == objects_.end()) return;
+        const TableStore from(source_, name, found->DefinitionPage());
         TableStore to(target_, name, page);
         for (RowId id : AllRows(from)) {
             NamedRow row(to);
@@ -245,9 +251,14 @@ class Copier {
     throw Fault{fault::kDamaged, "the copy is not equal to its source: " + what, place};
 }
 
-/// The rows of a small table as texts, in no order.
-std::multiset<std::string> RowTexts(Store& store, const char* name, PageNumber page) {
-    const TableStore table(store, name, page);
+/// The rows of a small table as texts, in no order; none when there is no such table.
+std::multiset<std::string> RowTexts(Store& store, const std::vector<CatalogObject>& objects,
+                                    std::string_view name) {
+    const auto found = std::find_if(objects.begin(), objects.end(), [&](const CatalogObject& object) {
+        return object.IsEngineTable() && text::EqualsNoCase(object.name, name);
+    });
+    if (found == objects.end()) return {};
+    const TableStore table(store, found->name, found->DefinitionPage());
     std::vector<std::string> names;
     for (const ColumnDefinition& column : table.Definition().columns)
         names.push_back(column.name);
@@ -327,23 +338,24 @@ CopyReport CopyDatabase(Database& source, const std::filesystem::path& target, t
 void CompareCopy(Database& source, Database& copy) {
     detail::Store& from = detail::StoreOf(source);
     detail::Store& to = detail::StoreOf(copy);
-    std::map<std::string, detail::PageNumber> tables;
     const detail::TableStore catalog(to, "MSysObjects", detail::kCatalogPage);
-    for (const detail::CatalogObject& object : detail::CatalogObjects(catalog)) {
+    const detail::TableStore sourceCatalog(from, "MSysObjects", detail::kCatalogPage);
+    const auto copied = detail::CatalogObjects(catalog);
+    const auto objects = detail::CatalogObjects(sourceCatalog);
+    std::map<std::string, detail::PageNumber> tables;
+    for (const detail::CatalogObject& object : copied) {
         if (object.type == detail::kLocalTable) tables[object.name] = object.DefinitionPage();
     }
     const bool old = detail::IsOld(from.Pages());
-    const detail::TableStore sourceCatalog(from, "MSysObjects", detail::kCatalogPage);
-    for (const detail::CatalogObject& object : detail::CatalogObjects(sourceCatalog)) {
+    for (const detail::CatalogObject& object : objects) {
         if (object.type != detail::kLocalTable || object.IsEngineTable()) continue;
         if (old && detail::IsOfOldAccess(object.name)) continue;
         const auto twin = tables.find(object.name);
         if (twin == tables.end()) detail::Differ(to, "table " + object.name + " is missing");
         detail::CompareTable(from, object.DefinitionPage(), to, twin->second, object.name);
     }
-    for (const auto& [name, page] : {std::pair{"MSysQueries", detail::kQueriesPage},
-                                     std::pair{"MSysRelationships", detail::kRelationshipsPage}}) {
-        if (detail::RowTexts(from, name, page) != detail::RowTexts(to, name, page))
+    for (const char* name : {"MSysQueries", "MSysRelationships"}) {
+        if (detail::RowTexts(from, objects, name) != detail::RowTexts(to, copied, name))
             detail::Differ(to, std::string("the rows of ") + name);
     }
 }

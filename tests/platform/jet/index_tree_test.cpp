@@ -19,8 +19,7 @@ constexpr PageNumber kRoot = 4;
 class TreeTest : public testing::Test {
   protected:
     void SetUp() override {
-        pager_ =
-            std::make_unique<Pager>(disk_.Open("t", files::OpenMode::CreateNew), "t", kJet4, false);
+        pager_ = std::make_unique<Pager>(disk_.Open("t", files::OpenMode::CreateNew), "t", kJet4, false);
         allocator_ = std::make_unique<PageAllocator>(*pager_);
         pager_->Begin();
         for (int i = 0; i < 5; ++i)

@@ -83,5 +83,27 @@ TEST(IndexKeys, OfOtherSortOrdersAreNotKnown) {
     EXPECT_FALSE(CanEncodeKey(column));
 }
 
+TEST(IndexKeys, OfTextsOfAccess97FollowTheOrderOf1997) {
+    ColumnDefinition column;
+    column.type = ColumnType::Text;
+    column.codePage = 1252;
+    ASSERT_TRUE(CanEncodeKey(column));
+    std::string key;
+    AppendKey(column, std::string("n\xC3\xA9"), true, key);
+    EXPECT_EQ(key, FromHex("7F 70 66 02 40"));
+    key.clear();
+    AppendKey(column, std::string("ab"), false, key);
+    EXPECT_EQ(key, FromHex("80 9F 9E FF"));
+    key.clear();
+    AppendKey(column, Null{}, true, key);
+    EXPECT_EQ(key, FromHex("00"));
+}
+TEST(IndexKeys, OfTextsInOtherCodePagesAreNotKnown) {
+    ColumnDefinition column;
+    column.type = ColumnType::Text;
+    column.codePage = 1250;
+    EXPECT_FALSE(CanEncodeKey(column));
+}
+
 }  // namespace
 }  // namespace zenvora::jet::detail

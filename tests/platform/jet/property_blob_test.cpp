@@ -71,5 +71,47 @@ TEST(Properties, CutOffAnywhereAreBrokenButNeverACrash) {
     }
 }
 
+// One byte a character: the names DefaultValue and Required; for column "Prix" (with an accent) both.
+std::vector<std::byte> Access97Blob() {
+    return BytesFromHex(
+        "4B 4B 44 00"
+        "1E 00 00 00 80 00"
+        "0C 00 44 65 66 61 75 6C 74 56 61 6C 75 65"  // DefaultValue
+        "08 00 52 65 71 75 69 72 65 64"              // Required
+        "27 00 00 00 01 00"
+        "0A 00 00 00 04 00 50 72 69 E9"              // the head: Prié
+        "0E 00 01 0C 00 00 06 00 22 E9 74 E9 30 22"  // "été0"
+        "09 00 01 01 01 00 01 00 01");
+}
+
+TEST(Properties, OfAccess97HaveOneByteACharacter) {
+    const auto bytes = Access97Blob();
+    const PropertyBlob blob(bytes, 1252);
+    ASSERT_FALSE(blob.Broken());
+    EXPECT_EQ(blob.Of("Pri\xC3\xA9").defaultValue,
+              "\"\xC3\xA9t\xC3\xA9"
+              "0\"");
+    EXPECT_TRUE(blob.Of("Pri\xC3\xA9").required);
+    EXPECT_EQ(blob.Bytes(), bytes);
+}
+
+TEST(Properties, OfAccess97CanBeBroughtIntoTheNewForm) {
+    const PropertyBlob wide = PropertyBlob(Access97Blob(), 1252).InUtf16();
+    const auto bytes = wide.Bytes();
+    EXPECT_EQ(std::vector<std::byte>(bytes.begin(), bytes.begin() + 4), BytesFromHex("4D 52 32 00"));
+    const PropertyBlob read(bytes);
+    ASSERT_FALSE(read.Broken());
+    EXPECT_EQ(read.Of("Pri\xC3\xA9").defaultValue,
+              "\"\xC3\xA9t\xC3\xA9"
+              "0\"");
+    EXPECT_TRUE(read.Of("Pri\xC3\xA9").required);
+    EXPECT_EQ(read.InUtf16().Bytes(), bytes);
+}
+
+TEST(Properties, OfTheOtherVersionAreNotRead) {
+    EXPECT_TRUE(PropertyBlob(Access97Blob()).Broken());
+    EXPECT_TRUE(PropertyBlob(AccessBlob(), 1252).Broken());
+}
+
 }  // namespace
 }  // namespace zenvora::jet::detail

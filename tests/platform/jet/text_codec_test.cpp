@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "hex.h"
+#include "platform/fault.h"
 
 namespace zenvora::jet::detail {
 namespace {
@@ -62,6 +63,35 @@ TEST(StoredText, DropsAByteOrderMarkWhichWouldReadAsCompression) {
 TEST(StoredText, CountsUtf16Units) {
     EXPECT_EQ(Utf16Length("a\xC3\xA9"), 2U);
     EXPECT_EQ(Utf16Length("\xF0\x9F\x98\x80"), 2U);
+}
+
+std::string DecodedFrom(std::uint16_t codePage, std::string_view hex) {
+    std::string text;
+    DecodeText(BytesFromHex(hex), codePage, text);
+    return text;
+}
+
+TEST(StoredText, OfAccess97HasOneByteACharacter) {
+    EXPECT_EQ(DecodedFrom(1252, "7A"), "z");
+    EXPECT_EQ(DecodedFrom(1252, "43 61 66 E9 20 80"), "Caf\xC3\xA9 \xE2\x82\xAC");
+    EXPECT_EQ(DecodedFrom(1252, "FF FE"), "\xC3\xBF\xC3\xBE");  // no mark of compression
+    EXPECT_EQ(DecodedFrom(1252, ""), "");
+}
+TEST(StoredText, KeepsTheBytesThatTheCodePageLeavesUnassigned) {
+    EXPECT_EQ(DecodedFrom(1252, "81 9D"), "\xC2\x81\xC2\x9D");
+}
+TEST(StoredText, OfAnotherCodePageIsReadWhereItIsAscii) {
+    EXPECT_EQ(DecodedFrom(1251, "4D 53 79 73"), "MSys");
+    try {
+        static_cast<void>(DecodedFrom(1251, "4D E9"));
+        FAIL();
+    } catch (const Fault& fault) {
+        EXPECT_EQ(fault.number, fault::kUnsupported);
+        EXPECT_NE(fault.description.find("1251"), std::string::npos) << fault.description;
+    }
+}
+TEST(StoredText, WithoutACodePageIsUtf16) {
+    EXPECT_EQ(DecodedFrom(0, "7A 00"), "z");
 }
 
 }  // namespace

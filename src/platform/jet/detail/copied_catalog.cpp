@@ -1,5 +1,7 @@
 #include "platform/jet/detail/copied_catalog.h"
 
+#include "platform/text/utf8.h"
+
 namespace zenvora::jet::detail {
 
 namespace {
@@ -12,6 +14,14 @@ std::size_t Position(const TableStore& table, std::string_view column) {
                                      std::string(column) + ": restore the file from a backup copy"};
 }
 }  // namespace
+
+bool CatalogObject::IsEngineTable() const noexcept {
+    if (type != kLocalTable || IsUserTable()) return false;
+    for (const char* each : {"MSysObjects", "MSysACEs", "MSysQueries", "MSysRelationships"}) {
+        if (text::EqualsNoCase(name, each)) return true;
+    }
+    return false;
+}
 
 std::vector<CatalogObject> CatalogObjects(const TableStore& catalog) {
     const std::size_t id = Position(catalog, "Id");

@@ -46,8 +46,8 @@ struct CatalogObject {
     [[nodiscard]] bool IsUserTable() const noexcept {
         return type == kLocalTable && (flags & 0x80000002U) == 0;
     }
-    /// One of the four tables that every file has on the same pages.
-    [[nodiscard]] bool IsEngineTable() const noexcept { return type == kLocalTable && DefinitionPage() <= 5; }
+    /// One of the four tables that every file has.
+    [[nodiscard]] bool IsEngineTable() const noexcept;
 };
 
 /// All objects, in the order of the catalog.

@@ -81,10 +81,13 @@ void TableStore::FindPositions() {
     for (std::size_t i = 0; i < stored_.table.columns.size(); ++i)
         positions_[stored_.table.columns[i].number] = i;
     indexPositions_.clear();
+    indexed_.assign(stored_.table.columns.size(), false);
     for (const StoredIndex& index : stored_.indexes) {
         auto& positions = indexPositions_.emplace_back();
-        for (const IndexColumn& each : index.columns)
+        for (const IndexColumn& each : index.columns) {
             positions.push_back(positions_[each.column]);
+            indexed_[positions.back()] = true;
+        }
     }
 }
 
@@ -278,6 +281,24 @@ void TableStore::MakeKey(std::size_t index, std::span<const Value> values, std::
     if (allNull && definition.ignoreNulls) key.clear();
 }
 
+std::string TableStore::StoredKey(std::size_t index, std::span<const Value> values, RowId row) const {
+    std::string key;
+    try {
+        bool allNull = false;
+        MakeKey(index, values, key, allNull);
+    } catch (const Fault&) {
+        // The row breaks a rule of the index, or another program gave it a text that cannot be weighed here:
+        // its entry, if there is one, shows by the row that it names.
+        key.clear();
+        Tree(index).Scan([&](std::string_view entry) {
+            if (RowIdOf(entry) != row) return true;
+            key = entry.substr(0, entry.size() - 4);
+            return false;
+        });
+    }
+    return key;
+}
+
 std::string TableStore::KeyText(std::size_t index, std::span<const Value> values) const {
     std::string text;
     for (std::size_t position : indexPositions_[index]) {
@@ -439,9 +460,7 @@ bool TableStore::PatchInPlace(RowId row, std::span<const std::size_t> positions,
         const ColumnDefinition& column = stored_.table.columns[positions[i]];
         if (!column.fixedLength || column.type == ColumnType::Boolean || IsNull(values[i])) return false;
         if (2 + std::size_t{column.fixedOffset} + column.byteLength > shape.maskAt) return false;
-        for (const auto& indexed : indexPositions_) {
-            if (std::find(indexed.begin(), indexed.end(), positions[i]) != indexed.end()) return false;
-        }
+        if (indexed_[positions[i]]) return false;
     }
     builder_.Begin(stored_);
     for (std::size_t i = 0; i < positions.size(); ++i)
@@ -480,7 +499,7 @@ void TableStore::Update(RowId row, std::span<const std::size_t> positions, std::
     for (std::size_t i = 0; i < positions.size(); ++i)
         changed[positions[i]] = true;
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (!IsLong(columns[i]) || changed[i]) oldValues[i] = FieldValue(shape, home.page, i);
+        if (!IsLong(columns[i]) || changed[i] || indexed_[i]) oldValues[i] = FieldValue(shape, home.page, i);
         values[i] = oldValues[i];
     }
     for (std::size_t i = 0; i < positions.size(); ++i) {
@@ -494,15 +513,13 @@ void TableStore::Update(RowId row, std::span<const std::size_t> positions, std::
     };
     std::vector<KeyChange> keyChanges;
     for (std::size_t i = 0; i < stored_.indexes.size(); ++i) {
-        bool oldNull = false;
+        const auto& indexed = indexPositions_[i];
+        if (std::none_of(indexed.begin(), indexed.end(), [&](std::size_t at) { return changed[at]; }))
+            continue;
         bool newNull = false;
         KeyChange change{i, {}, {}};
-        try {
-            MakeKey(i, oldValues, change.before, oldNull);
-        } catch (const Fault&) {
-            change.before.clear();  // the old row broke the rule, so it has no entry
-        }
         MakeKey(i, values, change.after, newNull);
+        change.before = StoredKey(i, oldValues, row);
         if (change.before == change.after) continue;
         CheckUnique(i, change.after, newNull, &row, values);
         keyChanges.push_back(std::move(change));
@@ -571,18 +588,13 @@ void TableStore::Delete(RowId row) {
     const RowShape shape = ParseRow(pager, home.page, bytes, stored_);
     std::vector<Value> values(stored_.table.columns.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!IsLong(stored_.table.columns[i])) values[i] = FieldValue(shape, home.page, i);
+        if (!IsLong(stored_.table.columns[i]) || indexed_[i]) values[i] = FieldValue(shape, home.page, i);
     }
     store_.Change([&] {
         CheckDataPage(pager, home.page);
         CheckDataPage(pager, row.page);
         for (std::size_t i = 0; i < stored_.indexes.size(); ++i) {
-            bool allNull = false;
-            try {
-                MakeKey(i, values, keys_[i], allNull);
-            } catch (const Fault&) {
-                continue;  // the row broke the rule of the index, so it has no entry
-            }
+            keys_[i] = StoredKey(i, values, row);
             if (keys_[i].empty()) continue;
             AppendRowId(row, keys_[i]);
             if (!Tree(i).Remove(keys_[i])) {

@@ -79,6 +79,8 @@ class TableStore {
     void CheckRules(std::size_t column, const Value& value) const;
     /// The key of a row in an index; empty when the row has no entry there. `required` columns are checked.
     void MakeKey(std::size_t index, std::span<const Value> values, std::string& key, bool& allNull) const;
+    /// The key under which an index holds a row that is in the table; empty when it does not.
+    [[nodiscard]] std::string StoredKey(std::size_t index, std::span<const Value> values, RowId row) const;
     void CheckUnique(std::size_t index, const std::string& key, bool allNull, const RowId* own,
                      std::span<const Value> values) const;
     [[nodiscard]] std::string KeyText(std::size_t index, std::span<const Value> values) const;
@@ -98,6 +100,7 @@ class TableStore {
     std::string writeRefusal_;            ///< why the table cannot be written; empty: it can
     std::vector<std::size_t> positions_;  ///< by column number: position in the definition
     std::vector<std::vector<std::size_t>> indexPositions_;  ///< by index: positions of its columns
+    std::vector<bool> indexed_;                             ///< by position: some index has the column
     PageNumber insertPage_ = 0;                             ///< where the last row went; 0: unknown
     RowBuilder builder_;
     mutable std::string key_;

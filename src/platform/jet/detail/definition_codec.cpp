@@ -238,7 +238,6 @@ StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
     }
     for (std::size_t i = 0; i < logicalCount; ++i) {
         const std::byte* const block = reader.Take(layout.logicalIndexBlock);
-<<<<<<< HEAD
         // All of its places lie together; the older version lacks four bytes in front of them.
         const std::byte* const numbers = block + layout.logicalRealAt - 4;
         stored.logicalIndexes.push_back({{},
@@ -251,10 +250,6 @@ StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
                                          U8(numbers + 17),
                                          U8(numbers + 18)});
         if (stored.logicalIndexes.back().realIndex >= realCount)
-=======
-        logicals.push_back({U32(block + layout.logicalRealAt), U8(block + layout.logicalTypeAt)});
-        if (logicals.back().realIndex >= realCount)
->>>>>>> jet3
             throw pager.Damaged(page, "an index of the table does not exist");
     }
     stored.table.indexes.resize(realCount);
@@ -353,11 +348,7 @@ std::vector<std::byte> BuildDefinition(const PlannedTable& plan) {
         PutU8(block + 46, index.flags);
         AppendBlock(out, block, sizeof block);
     }
-<<<<<<< HEAD
     for (const LogicalIndex& logical : plan.logicalIndexes) {
-=======
-    for (const PlannedLogicalIndex& logical : plan.logicalIndexes) {
->>>>>>> jet3
         std::byte block[kWritten.logicalIndexBlock] = {};
         PutU32(block, kDefinitionMark);
         PutU32(block + 4, logical.number);

@@ -54,5 +54,6 @@ class Command {
 [[nodiscard]] std::unique_ptr<Command> MakeRecordsCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSelectCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSqlCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeVerifyCommand();
 
 }  // namespace zenvora::cli

@@ -33,6 +33,7 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(MakeRecordsCommand());
     commands.push_back(MakeSelectCommand());
     commands.push_back(MakeSqlCommand());
+    commands.push_back(MakeVerifyCommand());
     return commands;
 }
 

@@ -44,6 +44,9 @@ struct StoredDefinition {
     std::size_t namesAt = 0, realIndexesAt = 0, endMarkAt = 0;
 };
 
+/// Bytes that a value of a type always takes; 0 for types whose values differ in length.
+[[nodiscard]] std::size_t FixedSize(ColumnType type);
+
 /// Reads a definition. Fault 3049 with the page where it stops making sense.
 [[nodiscard]] StoredDefinition ReadDefinition(Pager& pager, PageNumber page);
 

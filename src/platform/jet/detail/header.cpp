@@ -99,6 +99,12 @@ Layout CheckHeader(files::HostFile& file, const std::filesystem::path& path, boo
     return layout;
 }
 
+std::vector<std::byte> UnmaskedHeader(std::span<const std::byte> page) {
+    std::vector<std::byte> header(page.begin(), page.end());
+    ApplyMask(header.data());
+    return header;
+}
+
 void MakeHeader(std::span<std::byte> page) {
     std::byte* const at = page.data();
     PutU32(at, 0x100);

@@ -14,6 +14,9 @@ constexpr std::uint8_t kReference = 1;
 std::string Count(std::size_t count) {
     return std::to_string(count);
 }
+std::string Pages(std::size_t count) {
+    return count == 1 ? "1 page" : Count(count) + " pages";
+}
 
 /// "7, 8, 9 and 12 more"
 std::string Some(const std::vector<PageNumber>& pages) {
@@ -82,6 +85,8 @@ std::vector<CheckedSlot> PageBook::CheckSlots(PageNumber number, const Spot& spo
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint16_t word = U16(page + layout_.slotsAt + 2 * i);
         const std::size_t begin = word & kSlotOffsetMask;
+        if ((word & ~(kSlotOffsetMask | kSlotDeleted)) != 0)
+            findings_.Error(spot.On(number, static_cast<int>(i)), "the row has a mark that is not known");
         if (begin > end || begin < low) {
             findings_.Error(spot.On(number, static_cast<int>(i)),
                             "the row lies outside of its place on the page; rows behind it cannot be found");
@@ -194,8 +199,8 @@ std::optional<std::vector<PageNumber>> PageBook::ReadMap(RowPointer row, const s
     if (!content) return std::nullopt;
     if (content->behind > 0) {
         findings_.Error(spot.On(row.Page(), row.Row()),
-                        "the map of " + what + " lists " + Count(content->behind) +
-                            " pages behind the end of the file, which is cut off");
+                        "the map of " + what + " lists " + Pages(content->behind) +
+                            " behind the end of the file, which is cut off");
     }
     return std::move(content->pages);
 }

@@ -99,9 +99,9 @@ Layout CheckHeader(files::HostFile& file, const std::filesystem::path& path, boo
     return layout;
 }
 
-std::vector<std::byte> UnmaskedHeader(std::span<const std::byte> page) {
+std::vector<std::byte> UnmaskedHeader(std::span<const std::byte> page, std::size_t maskedSize) {
     std::vector<std::byte> header(page.begin(), page.end());
-    ApplyMask(header.data());
+    ApplyMask(header.data(), maskedSize);
     return header;
 }
 

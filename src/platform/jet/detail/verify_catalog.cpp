@@ -1,8 +1,8 @@
 #include "platform/jet/detail/verify_catalog.h"
 
 #include <algorithm>
-#include <map>
 
+#include "platform/fault.h"
 #include "platform/jet/detail/property_blob.h"
 #include "platform/text/utf8.h"
 
@@ -36,7 +36,7 @@ bool CatalogCheck::Run() {
         findings_.Error({}, "the catalog cannot be read, so the tables were not looked at");
         return false;
     }
-    CheckEntries(catalog);
+    CheckEntries();
     CheckCatalogIndexes(catalog);
     CheckProperties(catalog);
     bool allSeen = true;
@@ -79,7 +79,7 @@ bool CatalogCheck::ReadEntries(TableCheck& catalog) {
     return true;
 }
 
-void CatalogCheck::CheckEntries(TableCheck& catalog) {
+void CatalogCheck::CheckEntries() {
     std::set<std::int32_t> ids{kRootContainer};
     std::set<PageNumber> definitions;
     std::set<std::pair<std::int32_t, std::string>> names;
@@ -100,7 +100,6 @@ void CatalogCheck::CheckEntries(TableCheck& catalog) {
     if (!definitions.contains(kCatalogPage)) findings_.Error(spot, "the catalog does not name itself");
     if (!definitions.contains(kRightsPage))
         findings_.Error(spot, "the catalog does not name the table of rights");
-    static_cast<void>(catalog);
 }
 
 void CatalogCheck::CheckCatalogIndexes(TableCheck& catalog) {
@@ -122,6 +121,15 @@ void CatalogCheck::CheckCatalogIndexes(TableCheck& catalog) {
     if (!has({"ParentId", "Name"})) findings_.Error(spot, "the catalog has no index of its names");
 }
 
+bool CatalogCheck::PropertiesReadable(const Bytes& bytes) const {
+    try {
+        return !PropertyBlob(bytes, book_.FileLayout().codePage).Broken();
+    } catch (const Fault& fault) {
+        if (fault.number != fault::kUnsupported) throw;
+        return false;  // a text of a code page that is not known
+    }
+}
+
 void CatalogCheck::CheckProperties(TableCheck& catalog) {
     const auto column = catalog.Definition().table.FindColumn("LvProp");
     if (!column) return;
@@ -129,10 +137,9 @@ void CatalogCheck::CheckProperties(TableCheck& catalog) {
         if (!row.readable) continue;
         const Value value = catalog.ValueOf(row, *column);
         const auto* const bytes = std::get_if<Bytes>(&value);
-        if (bytes != nullptr && !bytes->empty() && PropertyBlob(*bytes).Broken()) {
-            findings_.Note(Spot{kCatalogName, {}, -1, -1}.On(row.id.page, row.id.slot),
-                           "the properties of the object have a form that is not known here");
-        }
+        if (bytes == nullptr || bytes->empty() || PropertiesReadable(*bytes)) continue;
+        findings_.Note(Spot{kCatalogName, {}, -1, -1}.On(row.id.page, row.id.slot),
+                       "the properties of the object have a form that is not known here");
         book_.Pages().Trim();
     }
 }

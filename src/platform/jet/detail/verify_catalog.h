@@ -23,9 +23,10 @@ class CatalogCheck {
         std::string name;
     };
     bool ReadEntries(TableCheck& catalog);
-    void CheckEntries(TableCheck& catalog);
+    void CheckEntries();
     void CheckCatalogIndexes(TableCheck& catalog);
     void CheckProperties(TableCheck& catalog);
+    [[nodiscard]] bool PropertiesReadable(const Bytes& bytes) const;
     void CheckRights(TableCheck& rights);
     [[nodiscard]] Spot At(const Entry& entry) const;
 

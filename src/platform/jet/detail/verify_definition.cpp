@@ -24,7 +24,7 @@ bool TableCheck::CheckDefinition() {
     try {
         stored_ = ReadDefinition(book_.Pages(), page_);
     } catch (const Fault& fault) {
-        if (fault.number != fault::kDamaged) throw;
+        if (fault.number != fault::kDamaged && fault.number != fault::kUnsupported) throw;
         findings_.Error(At(fault.place.page >= 0 ? static_cast<PageNumber>(fault.place.page) : page_),
                         "the definition of the table cannot be read, so its rows were not looked at: " +
                             fault.description.substr(0, fault.description.find(". ")));
@@ -52,7 +52,7 @@ void TableCheck::CheckChain() {
         rest -= here;
         if (here == 0)
             findings_.Note(At(page), "the page holds nothing of the definition that it belongs to");
-        if (layout_.version == 0) continue;  // no free word there
+        if (layout_.version == kJet3.version) continue;  // no free word there
         const std::size_t free = payload - here > kPageHeader ? payload - here - kPageHeader : 0;
         if (const std::size_t stated = U16(book_.Pages().Read(page) + 2); stated != free) {
             findings_.Note(At(page), "the page of the definition claims " + std::to_string(stated) +
@@ -114,7 +114,7 @@ void TableCheck::CheckLogicalIndexes() {
     }
     const std::size_t count = U32(stored_.bytes.data() + layout_.logicalCountAt);
     const std::size_t first = stored_.realIndexesAt + stored_.indexes.size() * layout_.realIndexBlock;
-    const std::size_t numberAt = layout_.version == 0 ? 0 : 4;
+    const std::size_t numberAt = layout_.version == kJet3.version ? 0 : 4;
     std::set<std::uint32_t> numbers;
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t at = first + i * layout_.logicalIndexBlock + numberAt;

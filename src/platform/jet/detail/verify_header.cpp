@@ -13,9 +13,10 @@ constexpr std::size_t kSortOrderAt = 0x6E;
 constexpr std::size_t kCommitPairs = 256;
 }  // namespace
 
-void CheckHeaderDetails(Pager& pager, const Layout& layout, Findings& findings) {
+void CheckHeaderDetails(Pager& pager, Findings& findings) {
+    const Layout& layout = pager.Format();
     const Spot spot = Spot{}.On(0);
-    const std::vector<std::byte> header = UnmaskedHeader({pager.Read(0), layout.pageSize});
+    const std::vector<std::byte> header = UnmaskedHeader({pager.Read(0), layout.pageSize}, layout.maskedSize);
     // The two maps of page 1, then the definitions of the four system tables.
     static constexpr std::array<std::uint32_t, 6> kPointers{0x100, 0x101, 2, 3, 4, 5};
     for (std::size_t i = 0; i < kPointers.size(); ++i) {
@@ -24,10 +25,10 @@ void CheckHeaderDetails(Pager& pager, const Layout& layout, Findings& findings) 
             break;
         }
     }
-    if (layout.version != 0 && U32(header.data() + kSortOrderAt) != kGeneralOrder) {
+    if (layout.version == kJet4.version && U32(header.data() + kSortOrderAt) != kGeneralOrder) {
         findings.Note(spot, "the file has another sort order than General: keys of texts are not compared");
     }
-    const std::size_t commitAt = layout.version == 0 ? 0x600 : 0xE00;
+    const std::size_t commitAt = layout.version == kJet3.version ? 0x600 : 0xE00;
     for (std::size_t i = 0; i < kCommitPairs; ++i) {
         if (U16(header.data() + commitAt + 2 * i) == 0) {
             findings.Note(spot, "another program may have died while it wrote to the file (commit bytes)");

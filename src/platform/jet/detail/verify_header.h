@@ -7,6 +7,6 @@ namespace zenvora::jet::detail {
 
 /// Looks at what opening a file does not need: the page pointers of the header, its sort order, its commit
 /// bytes.
-void CheckHeaderDetails(Pager& pager, const Layout& layout, Findings& findings);
+void CheckHeaderDetails(Pager& pager, Findings& findings);
 
 }  // namespace zenvora::jet::detail

@@ -91,7 +91,7 @@ std::optional<IndexCheck::Page> IndexCheck::Read(PageNumber number) {
     Page page;
     page.bytes.assign(bytes, bytes + layout_.pageSize);
     page.leaf = type == kIndexLeaf;
-    page.prefix = layout_.version == 0 ? U8(bytes + layout_.prefixAt) : U16(bytes + layout_.prefixAt);
+    page.prefix = layout_.prefixSize == 1 ? U8(bytes + layout_.prefixAt) : U16(bytes + layout_.prefixAt);
     const std::size_t area = layout_.pageSize - layout_.entriesAt;
     const std::size_t trailer = kRowIdSize + (page.leaf ? 0 : kChildSize);
     std::size_t begin = 0;
@@ -298,14 +298,13 @@ std::optional<std::string> IndexCheck::KeyOf(const TableCheck::Row& row, std::si
     bool known = keysKnown_;
     for (std::size_t i = 0; i < positions_.size(); ++i) {
         const ColumnDefinition& column = table_.Definition().table.columns[positions_[i]];
-        const Value value = table_.ValueOf(row, positions_[i]);
-        if (IsNull(value)) ++nulls;
-        if (!known) continue;
         try {
-            AppendKey(column, value, stored_.columns[i].ascending, key);
+            const Value value = table_.ValueOf(row, positions_[i]);
+            if (IsNull(value)) ++nulls;
+            if (known) AppendKey(column, value, stored_.columns[i].ascending, key);
         } catch (const Fault& fault) {
             if (fault.number != fault::kUnsupported) throw;
-            known = false;  // a character without a weight
+            known = false;  // a character without a weight, or of a code page that is not known
         }
     }
     if (!known) return std::nullopt;

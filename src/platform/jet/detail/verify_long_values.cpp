@@ -66,7 +66,8 @@ bool TableCheck::CheckLongValue(const Row& row, const ColumnDefinition& column,
     if (kind != kChain && kind != kSinglePage) return fail("a long value has an unknown form");
     const auto maps = longPages_.find(column.number);
     // Some bytes more would still fit on a page of Access 97.
-    const std::size_t longest = layout_.version == 0 ? layout_.maxSinglePiece + 4 : layout_.maxSinglePiece;
+    const std::size_t longest =
+        layout_.version == kJet3.version ? layout_.maxSinglePiece + 4 : layout_.maxSinglePiece;
     std::size_t found = 0;
     while (piece.value != 0) {
         const PageNumber page = piece.Page();
@@ -105,7 +106,7 @@ void TableCheck::CheckUnusedPieces() {
     std::size_t unused = 0;
     for (const auto& [column, pages] : longPages_) {
         for (PageNumber number : pages.pages) {
-            for (unsigned i = 0; i < SlotCount(book_.Pages().Read(number)); ++i) {
+            for (unsigned i = 0; i < SlotCount(book_.Pages(), number); ++i) {
                 const auto slot = book_.SlotAt(number, i);
                 if (slot && slot->flags == 0 && !pieces_.contains(RowPointer::Of(number, i).value)) ++unused;
             }

@@ -14,7 +14,7 @@ constexpr std::uint8_t kReference = 1;
 std::string Count(std::size_t count) {
     return std::to_string(count);
 }
-std::string Pages(std::size_t count) {
+std::string PagesText(std::size_t count) {
     return count == 1 ? "1 page" : Count(count) + " pages";
 }
 
@@ -31,9 +31,9 @@ std::string Some(const std::vector<PageNumber>& pages) {
 }
 }  // namespace
 
-PageBook::PageBook(Pager& pager, const Layout& layout, Findings& findings)
+PageBook::PageBook(Pager& pager, Findings& findings)
     : pager_(pager),
-      layout_(layout),
+      layout_(pager.Format()),
       findings_(findings),
       names_{"nobody"},
       users_(pager.PageCount()),
@@ -198,9 +198,9 @@ std::optional<std::vector<PageNumber>> PageBook::ReadMap(RowPointer row, const s
     std::optional<Content> content = ReadMapRow(row, what, spot);
     if (!content) return std::nullopt;
     if (content->behind > 0) {
-        findings_.Error(spot.On(row.Page(), row.Row()),
-                        "the map of " + what + " lists " + Pages(content->behind) +
-                            " behind the end of the file, which is cut off");
+        findings_.Error(spot.On(row.Page(), row.Row()), "the map of " + what + " lists " +
+                                                            PagesText(content->behind) +
+                                                            " behind the end of the file, which is cut off");
     }
     return std::move(content->pages);
 }
@@ -244,8 +244,9 @@ void PageBook::CheckAccounting(bool everythingSeen) {
         }
     }
     if (everythingSeen && !lost.empty()) {
-        findings_.Note({}, Count(lost.size()) + " pages belong to nobody and are not free (" + Some(lost) +
-                               "): wasted until the file is compacted");
+        findings_.Note({}, PagesText(lost.size()) +
+                               " wasted until the file is compacted: in use by nobody and not free (" +
+                               Some(lost) + ")");
     }
 }
 

@@ -29,7 +29,7 @@ class PageBook {
   public:
     using User = std::uint32_t;
 
-    PageBook(Pager& pager, const Layout& layout, Findings& findings);
+    PageBook(Pager& pager, Findings& findings);
 
     [[nodiscard]] Pager& Pages() noexcept { return pager_; }
     [[nodiscard]] const Layout& FileLayout() const noexcept { return layout_; }

@@ -162,10 +162,16 @@ Value TableCheck::ValueOf(const Row& row, std::size_t position) {
     const auto raw = RawField(ShapeOf(row), column);
     if (!raw) return column.type == ColumnType::Boolean ? Value{false} : Value{Null{}};
     if (!IsLong(column)) return DecodeField(column, *raw);
-    Bytes data = ReadLongValue(book_.Pages(), row.page, *raw);
+    Bytes data;
+    try {
+        data = ReadLongValue(book_.Pages(), row.page, *raw);
+    } catch (const Fault& fault) {
+        if (fault.number != fault::kDamaged) throw;
+        return Null{};
+    }
     if (column.type == ColumnType::Ole) return data;
     std::string text;
-    DecodeText(data, text);
+    DecodeText(data, column.codePage, text);
     return text;
 }
 
@@ -176,8 +182,12 @@ void TableCheck::CheckRow(Row& row) {
         for (std::size_t i = 0; row.readable && i < stored_.table.columns.size(); ++i)
             row.readable = CheckValue(row, stored_.table.columns[i], shape);
     } catch (const Fault& fault) {
-        if (fault.number != fault::kDamaged) throw;
         row.readable = false;
+        if (fault.number == fault::kUnsupported) {
+            findings_.Note(At(row), fault.description);  // a text of a code page that is not known
+            return;
+        }
+        if (fault.number != fault::kDamaged) throw;
         // The fault says "page 7: what. What to do": the finding names the page itself.
         std::string_view what = fault.description;
         if (const auto colon = what.find(": "); what.starts_with("page ") && colon != what.npos)
@@ -192,7 +202,7 @@ bool TableCheck::CheckShape(const Row& row, const RowShape& shape) {
         return false;
     };
     const bool full = shape.columnCount == stored_.maxColumns;
-    const std::size_t countSize = layout_.version == 0 ? 1 : 2;
+    const std::size_t countSize = shape.fieldSize;
     if (full && shape.maskAt < countSize + stored_.fixedAreaEnd)
         return fail("the row is too short for the values of fixed length");
     if (shape.bytes.size() > layout_.maxRow) {
@@ -205,18 +215,15 @@ bool TableCheck::CheckShape(const Row& row, const RowShape& shape) {
                                     " values of variable length; its table has " +
                                     std::to_string(stored_.variableCount));
     }
-    if (layout_.version == 0) return true;  // the offsets were untangled when the row was parsed
-    const std::byte* const bytes = shape.bytes.data();
-    const std::size_t table = shape.maskAt - 4;  // the offset of value 0; those of the others lie before it
-    std::size_t last = countSize;
-    if (full) last += stored_.fixedAreaEnd;
+    std::size_t last = countSize + (full ? stored_.fixedAreaEnd : 0);
     for (std::size_t i = 0; i <= shape.variableCount; ++i) {
-        const std::size_t offset = U16(bytes + table - 2 * i);
+        const std::size_t offset = VariableOffset(shape, i);
         if (offset < last) return fail("the values of variable length overlap");
         last = offset;
     }
-    if (last > table - 2 * shape.variableCount)
-        return fail("the values of variable length run over the end of the row");
+    // Behind the values: an offset for each and one for the end, the jump table, the count, the null mask.
+    const std::size_t offsets = shape.maskAt - (shape.variableCount + 2) * countSize - shape.jumpBytes;
+    if (last > offsets) return fail("the values of variable length run over the end of the row");
     return true;
 }
 
@@ -267,7 +274,7 @@ bool TableCheck::CheckText(const Row& row, const ColumnDefinition& column, std::
         findings_.Error(At(row), "column " + column.name + ": " + sentence);
         return false;
     };
-    if (layout_.version != 0 && raw.size() % 2 != 0 && !IsCompressed(raw))
+    if (layout_.characterBytes == 2 && raw.size() % 2 != 0 && !IsCompressed(raw))
         return fail("the text ends within a character");
     const Value value = DecodeField(column, raw);
     const auto* const text = std::get_if<std::string>(&value);

@@ -57,5 +57,6 @@ class Command {
 [[nodiscard]] std::unique_ptr<Command> MakeCompactCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeConvertCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeRepairCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeVerifyCommand();
 
 }  // namespace zenvora::cli

@@ -36,6 +36,7 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(MakeCompactCommand());
     commands.push_back(MakeConvertCommand());
     commands.push_back(MakeRepairCommand());
+    commands.push_back(MakeVerifyCommand());
     return commands;
 }
 

@@ -4,6 +4,7 @@
 
 #include "platform/files/whole_file.h"
 #include "platform/jet/detail/store.h"
+#include "platform/jet/verify.h"
 
 namespace zenvora::jet {
 
@@ -68,6 +69,16 @@ RewriteReport Rewrite(Database& source, const std::filesystem::path& path, text:
         {
             const auto copy = Database::Open(beside, Database::Access::ReadOnly, disk);
             CompareCopy(source, *copy);
+        }
+        if (const VerifyReport check = Verify(beside, disk); !check.Sound()) {
+            const auto first = std::find_if(
+                check.findings.begin(), check.findings.end(),
+                [](const VerifyFinding& each) { return each.severity == VerifyFinding::Severity::Error; });
+            throw Fault{fault::kDamaged,
+                        "the new file is not sound" +
+                            (first == check.findings.end() ? std::string() : " (" + first->sentence + ")") +
+                            ": it was thrown away, and the file stands as it stood",
+                        At(path)};
         }
         report.bytesAfter = SizeOf(beside, disk);
         std::error_code ignored;  // a disk without permissions is no reason to refuse

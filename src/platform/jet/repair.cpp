@@ -180,6 +180,7 @@ class Repairer {
             Lose({}, page, -1, "a page of the catalog is lost: names of tables may be lost");
         if (!missing.empty()) rows.ReadStrays(visit);
         for (const OldObject& object : objects_) {
+            if (object.name.starts_with("MSys")) continue;
             CatalogObject kind;
             kind.type = object.type;
             if (const std::string what = KindNotCarried(kind); !what.empty())

@@ -92,29 +92,6 @@ void CheckColumns(const Pager& pager, PageNumber page, const StoredDefinition& s
     }
 }
 
-std::size_t FixedSize(ColumnType type) {
-    switch (type) {
-        case ColumnType::Boolean:
-        case ColumnType::Byte:
-            return 1;
-        case ColumnType::Integer:
-            return 2;
-        case ColumnType::Long:
-        case ColumnType::Single:
-            return 4;
-        case ColumnType::Currency:
-        case ColumnType::Double:
-        case ColumnType::DateTime:
-            return 8;
-        case ColumnType::Guid:
-            return 16;
-        case ColumnType::Numeric:
-            return 17;
-        default:
-            return 0;
-    }
-}
-
 void AppendBlock(std::vector<std::byte>& out, const std::byte* block, std::size_t size) {
     out.insert(out.end(), block, block + size);
 }
@@ -189,6 +166,29 @@ ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block) {
     column.fixedOffset = U16(block + layout.columnFixedAt);
     column.byteLength = U16(block + layout.columnLengthAt);
     return column;
+}
+
+std::size_t FixedSize(ColumnType type) {
+    switch (type) {
+        case ColumnType::Boolean:
+        case ColumnType::Byte:
+            return 1;
+        case ColumnType::Integer:
+            return 2;
+        case ColumnType::Long:
+        case ColumnType::Single:
+            return 4;
+        case ColumnType::Currency:
+        case ColumnType::Double:
+        case ColumnType::DateTime:
+            return 8;
+        case ColumnType::Guid:
+            return 16;
+        case ColumnType::Numeric:
+            return 17;
+        default:
+            return 0;
+    }
 }
 
 StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {

@@ -59,6 +59,8 @@ struct StoredDefinition {
 
 /// Reads the descriptor of a column; its name stands elsewhere.
 [[nodiscard]] ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block);
+/// Bytes that a value of a type always takes; 0 for types whose values differ in length.
+[[nodiscard]] std::size_t FixedSize(ColumnType type);
 
 /// Reads a definition. Fault 3049 with the page where it stops making sense.
 [[nodiscard]] StoredDefinition ReadDefinition(Pager& pager, PageNumber page);

@@ -99,6 +99,12 @@ Layout CheckHeader(files::HostFile& file, const std::filesystem::path& path, boo
     return layout;
 }
 
+std::vector<std::byte> UnmaskedHeader(std::span<const std::byte> page, std::size_t maskedSize) {
+    std::vector<std::byte> header(page.begin(), page.end());
+    ApplyMask(header.data(), maskedSize);
+    return header;
+}
+
 void MakeHeader(std::span<std::byte> page) {
     std::byte* const at = page.data();
     PutU32(at, 0x100);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <span>
+#include <vector>
 
 #include "platform/files/host_file.h"
 #include "platform/jet/detail/layout.h"
@@ -16,6 +17,9 @@ inline constexpr std::size_t kHeaderSize = 4096;
 /// known, whole, neither encoded nor closed by a password? Returns the layout of its version, with the code
 /// page of the file where texts have one. Faults 3343, 3049, 3031, 20001, each saying what to do.
 [[nodiscard]] Layout CheckHeader(files::HostFile& file, const std::filesystem::path& path, bool forWriting);
+
+/// A copy of page 0 without the mask over its first settings.
+[[nodiscard]] std::vector<std::byte> UnmaskedHeader(std::span<const std::byte> page, std::size_t maskedSize);
 
 /// Writes the header of a new file into a zeroed page. Its creation date is fixed: the scrambling of the
 /// account names in the catalog hangs on it in a way that is not known.

@@ -154,6 +154,11 @@ RowShape ParseRow(const Pager& pager, PageNumber page, std::span<const std::byte
     return row;
 }
 
+std::size_t VariableOffset(const RowShape& row, std::size_t index) {
+    if (row.fieldSize == 1) return ShortOffset(row, index);
+    return U16(row.bytes.data() + row.maskAt - 4 - 2 * index);
+}
+
 std::optional<std::span<const std::byte>> RawField(const RowShape& row, const ColumnDefinition& column) {
     if (column.number >= row.columnCount) return std::nullopt;
     const std::byte* const bytes = row.bytes.data();
@@ -165,16 +170,8 @@ std::optional<std::span<const std::byte>> RawField(const RowShape& row, const Co
         return row.bytes.subspan(begin, column.byteLength);
     }
     if (column.variableIndex >= row.variableCount) return std::nullopt;
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    if (row.fieldSize == 2) {
-        const std::size_t trailer = row.maskAt - 4 - 2 * std::size_t{column.variableIndex};
-        begin = U16(bytes + trailer);
-        end = U16(bytes + trailer - 2);
-    } else {
-        begin = ShortOffset(row, column.variableIndex);
-        end = ShortOffset(row, column.variableIndex + std::size_t{1});
-    }
+    const std::size_t begin = VariableOffset(row, column.variableIndex);
+    const std::size_t end = VariableOffset(row, column.variableIndex + std::size_t{1});
     if (begin > end || end > row.maskAt || begin < row.fieldSize) return std::nullopt;
     return row.bytes.subspan(begin, end - begin);
 }

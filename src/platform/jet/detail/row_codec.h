@@ -22,6 +22,10 @@ struct RowShape {
 [[nodiscard]] RowShape ParseRow(const Pager& pager, PageNumber page, std::span<const std::byte> bytes,
                                 const StoredDefinition& table);
 
+/// Where value `index` of the variable ones begins in the row, as the row states it; index variableCount:
+/// where the last one ends.
+[[nodiscard]] std::size_t VariableOffset(const RowShape& row, std::size_t index);
+
 /// The stored bytes of a column, nothing when it is Null. A Boolean gives an empty span for true. A value
 /// that would lie outside of the row is taken for Null: rows of before a column was added have no place for
 /// it.

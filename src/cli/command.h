@@ -54,6 +54,9 @@ class Command {
 [[nodiscard]] std::unique_ptr<Command> MakeRecordsCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSelectCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSqlCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeCompactCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeConvertCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeRepairCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeVerifyCommand();
 
 }  // namespace zenvora::cli

@@ -78,6 +78,10 @@ void Table::SetDefault(std::string_view column, std::string_view expression) {
     store_->Owner().SetDefault(*store_, column, expression);
 }
 
+detail::Store& detail::StoreOf(Database& database) {
+    return *database.store_;
+}
+
 Database::Database(std::unique_ptr<detail::Store> store) : store_(std::move(store)) {}
 Database::~Database() = default;
 

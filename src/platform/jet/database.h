@@ -30,6 +30,8 @@ class Database;
 namespace detail {
 class Store;
 class TableStore;
+/// The inside of a database, for the rest of this folder.
+[[nodiscard]] Store& StoreOf(Database& database);
 }  // namespace detail
 
 /// The identity of a row: it keeps it for life, even when its bytes move to another page.
@@ -155,6 +157,7 @@ class Database {
     [[nodiscard]] std::uint64_t ChangeCount() const;
 
   private:
+    friend detail::Store& detail::StoreOf(Database&);
     explicit Database(std::unique_ptr<detail::Store> store);
     std::unique_ptr<detail::Store> store_;
     std::string notice_;

@@ -66,9 +66,6 @@ void BuildTable(Pager& pager, PageAllocator& allocator, PageNumber page, const N
         throw Fault{fault::kUnsupported, "a table has 1 to 255 columns and at most 32 indexes"};
     }
     PlannedTable plan;
-    MapRows maps(pager, allocator);
-    plan.ownedMap = maps.Take(2);
-    plan.freeMap = Behind(plan.ownedMap);
     std::size_t fixed = 0;
     for (const NewColumn& each : table.columns) {
         CheckName(each.name, "column");
@@ -110,14 +107,23 @@ void BuildTable(Pager& pager, PageAllocator& allocator, PageNumber page, const N
             const bool descending = i < index.descending.size() && index.descending[i];
             planned.columns.push_back({found->column.number, !descending});
         }
-        planned.ownedMap = maps.Take(1);
-        planned.root = allocator.Allocate();
-        IndexTree::FormatLeaf(pager, planned.root, page);
-        UsageMap(pager, planned.ownedMap).Add(planned.root, allocator);
         const auto number = static_cast<std::uint32_t>(plan.indexes.size());
         plan.indexes.push_back(std::move(planned));
         plan.logicalIndexes.push_back(
             {index.name, number, number, index.primaryKey ? std::uint8_t{1} : std::uint8_t{0}});
+    }
+    PlaceTable(pager, allocator, page, plan);
+}
+
+void PlaceTable(Pager& pager, PageAllocator& allocator, PageNumber page, PlannedTable& plan) {
+    MapRows maps(pager, allocator);
+    plan.ownedMap = maps.Take(2);
+    plan.freeMap = Behind(plan.ownedMap);
+    for (PlannedIndex& index : plan.indexes) {
+        index.ownedMap = maps.Take(1);
+        index.root = allocator.Allocate();
+        IndexTree::FormatLeaf(pager, index.root, page);
+        UsageMap(pager, index.ownedMap).Add(index.root, allocator);
     }
     for (const PlannedColumn& each : plan.columns) {
         if (each.column.type != ColumnType::Memo && each.column.type != ColumnType::Ole) continue;

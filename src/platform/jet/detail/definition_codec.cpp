@@ -16,7 +16,6 @@ constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 1000;  // a guard; Access stops at 32
 constexpr std::size_t kIndexColumns = 10;
 constexpr std::uint16_t kNoColumn = 0xFFFF;
-constexpr std::uint32_t kNoIndex = 0xFFFFFFFF;
 
 bool IsLong(ColumnType type) {
     return type == ColumnType::Memo || type == ColumnType::Ole;
@@ -72,33 +71,6 @@ std::vector<std::byte> JoinChain(Pager& pager, PageNumber first, std::vector<Pag
     }
     bytes.resize(length);
     return bytes;
-}
-
-ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block) {
-    ColumnDefinition column;
-    column.type = static_cast<ColumnType>(U8(block));
-    column.number = U16(block + layout.columnNumberAt);
-    column.variableIndex = U16(block + layout.columnVariableAt);
-    if (column.type == ColumnType::Numeric) {
-        column.precision = U8(block + layout.columnScaleAt);
-        column.scale = U8(block + layout.columnScaleAt + 1);
-    } else {
-        column.sortOrder = U16(block + layout.columnOrderAt);
-        if (layout.columnOrderVersionAt != 0) column.sortVersion = U8(block + layout.columnOrderVersionAt);
-    }
-    if (layout.columnCodePageAt != 0 &&
-        (column.type == ColumnType::Text || column.type == ColumnType::Memo)) {
-        column.codePage = U16(block + layout.columnCodePageAt);
-        if (column.codePage == 0) column.codePage = layout.codePage;
-    }
-    column.flags = U8(block + layout.columnFlagsAt);
-    column.fixedLength = (column.flags & kColumnFixed) != 0;
-    column.autoNumber = (column.flags & kColumnAutoNumber) != 0;
-    if (layout.columnExtraFlagsAt != 0)
-        column.compressed = (U8(block + layout.columnExtraFlagsAt) & 0x01) != 0;
-    column.fixedOffset = U16(block + layout.columnFixedAt);
-    column.byteLength = U16(block + layout.columnLengthAt);
-    return column;
 }
 
 void CheckColumns(const Pager& pager, PageNumber page, const StoredDefinition& stored) {
@@ -169,6 +141,33 @@ void AppendLongColumn(std::vector<std::byte>& out, const LongColumn& maps) {
 }
 }  // namespace
 
+ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block) {
+    ColumnDefinition column;
+    column.type = static_cast<ColumnType>(U8(block));
+    column.number = U16(block + layout.columnNumberAt);
+    column.variableIndex = U16(block + layout.columnVariableAt);
+    if (column.type == ColumnType::Numeric) {
+        column.precision = U8(block + layout.columnScaleAt);
+        column.scale = U8(block + layout.columnScaleAt + 1);
+    } else {
+        column.sortOrder = U16(block + layout.columnOrderAt);
+        if (layout.columnOrderVersionAt != 0) column.sortVersion = U8(block + layout.columnOrderVersionAt);
+    }
+    if (layout.columnCodePageAt != 0 &&
+        (column.type == ColumnType::Text || column.type == ColumnType::Memo)) {
+        column.codePage = U16(block + layout.columnCodePageAt);
+        if (column.codePage == 0) column.codePage = layout.codePage;
+    }
+    column.flags = U8(block + layout.columnFlagsAt);
+    column.fixedLength = (column.flags & kColumnFixed) != 0;
+    column.autoNumber = (column.flags & kColumnAutoNumber) != 0;
+    if (layout.columnExtraFlagsAt != 0)
+        column.compressed = (U8(block + layout.columnExtraFlagsAt) & 0x01) != 0;
+    column.fixedOffset = U16(block + layout.columnFixedAt);
+    column.byteLength = U16(block + layout.columnLengthAt);
+    return column;
+}
+
 std::size_t FixedSize(ColumnType type) {
     switch (type) {
         case ColumnType::Boolean:
@@ -237,15 +236,20 @@ StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
         index.root = U32(block + layout.realRootAt);
         index.flags = U8(block + layout.realFlagsAt);
     }
-    struct Logical {
-        std::uint32_t realIndex;
-        std::uint8_t type;
-    };
-    std::vector<Logical> logicals;
     for (std::size_t i = 0; i < logicalCount; ++i) {
         const std::byte* const block = reader.Take(layout.logicalIndexBlock);
-        logicals.push_back({U32(block + layout.logicalRealAt), U8(block + layout.logicalTypeAt)});
-        if (logicals.back().realIndex >= realCount)
+        // All of its places lie together; the older version lacks four bytes in front of them.
+        const std::byte* const numbers = block + layout.logicalRealAt - 4;
+        stored.logicalIndexes.push_back({{},
+                                         U32(numbers),
+                                         U32(numbers + 4),
+                                         U8(block + layout.logicalTypeAt),
+                                         U8(numbers + 8),
+                                         U32(numbers + 9),
+                                         U32(numbers + 13),
+                                         U8(numbers + 17),
+                                         U8(numbers + 18)});
+        if (stored.logicalIndexes.back().realIndex >= realCount)
             throw pager.Damaged(page, "an index of the table does not exist");
     }
     stored.table.indexes.resize(realCount);
@@ -256,9 +260,10 @@ StoredDefinition ReadDefinition(Pager& pager, PageNumber page) {
         index.ignoreNulls = (stored.indexes[i].flags & kIndexIgnoreNulls) != 0;
         index.required = (stored.indexes[i].flags & kIndexRequired) != 0;
     }
-    for (const Logical& logical : logicals) {
+    for (LogicalIndex& logical : stored.logicalIndexes) {
         IndexDefinition& index = stored.table.indexes[logical.realIndex];
-        index.names.push_back(reader.Name());
+        logical.name = reader.Name();
+        index.names.push_back(logical.name);
         if (logical.type == 1) index.primaryKey = true;
         if (logical.type == 2) index.foreignKey = stored.hasRelationship = true;
     }
@@ -343,18 +348,20 @@ std::vector<std::byte> BuildDefinition(const PlannedTable& plan) {
         PutU8(block + 46, index.flags);
         AppendBlock(out, block, sizeof block);
     }
-    for (const PlannedLogicalIndex& logical : plan.logicalIndexes) {
+    for (const LogicalIndex& logical : plan.logicalIndexes) {
         std::byte block[kWritten.logicalIndexBlock] = {};
         PutU32(block, kDefinitionMark);
         PutU32(block + 4, logical.number);
         PutU32(block + 8, logical.realIndex);
-        PutU32(block + 13, kNoIndex);
-        PutU8(block + 21, 4);  // what Access writes for an index without a relationship
-        PutU8(block + 22, 4);
+        PutU8(block + 12, logical.side);
+        PutU32(block + 13, logical.otherIndex);
+        PutU32(block + 17, logical.otherTable);
+        PutU8(block + 21, logical.cascadeUpdates);
+        PutU8(block + 22, logical.cascadeDeletes);
         PutU8(block + 23, logical.type);
         AppendBlock(out, block, sizeof block);
     }
-    for (const PlannedLogicalIndex& logical : plan.logicalIndexes)
+    for (const LogicalIndex& logical : plan.logicalIndexes)
         AppendName(out, logical.name);
     for (const LongColumn& maps : plan.longColumns)
         AppendLongColumn(out, maps);

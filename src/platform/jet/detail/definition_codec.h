@@ -25,6 +25,18 @@ struct LongColumn {
     RowPointer ownedMap, freeMap;
 };
 
+/// A name with a role for a real index.
+struct LogicalIndex {
+    std::string name;
+    std::uint32_t number = 0, realIndex = 0;
+    std::uint8_t type = 0;  ///< 1 primary key, 2 one side of a relationship
+    // what a relationship says; the rest is what Access writes for an index without one
+    std::uint8_t side = 0;
+    std::uint32_t otherIndex = 0xFFFFFFFF;  ///< number of the logical index of the other table
+    PageNumber otherTable = 0;
+    std::uint8_t cascadeUpdates = 4, cascadeDeletes = 4;
+};
+
 /// A definition with the places of its parts, so that it can be changed without losing a byte it does not
 /// know.
 struct StoredDefinition {
@@ -32,6 +44,7 @@ struct StoredDefinition {
     std::vector<PageNumber> chain;
     std::vector<std::byte> bytes;  ///< the joined definition, page header of the first page included
     std::vector<StoredIndex> indexes;
+    std::vector<LogicalIndex> logicalIndexes;
     std::vector<LongColumn> longColumns;
     RowPointer ownedMap, freeMap;
     std::uint32_t rowCount = 0;
@@ -44,6 +57,8 @@ struct StoredDefinition {
     std::size_t namesAt = 0, realIndexesAt = 0, endMarkAt = 0;
 };
 
+/// Reads the descriptor of a column; its name stands elsewhere.
+[[nodiscard]] ColumnDefinition ReadColumn(const Layout& layout, const std::byte* block);
 /// Bytes that a value of a type always takes; 0 for types whose values differ in length.
 [[nodiscard]] std::size_t FixedSize(ColumnType type);
 
@@ -66,17 +81,12 @@ struct PlannedIndex {
     RowPointer ownedMap;
     PageNumber root = 0;
 };
-struct PlannedLogicalIndex {
-    std::string name;
-    std::uint32_t number = 0, realIndex = 0;
-    std::uint8_t type = 0;  ///< 1 primary key
-};
 struct PlannedTable {
     bool system = false;
     std::vector<PlannedColumn> columns;  ///< in the order of the descriptors
     std::uint16_t maxColumns = 0, variableCount = 0;
     std::vector<PlannedIndex> indexes;
-    std::vector<PlannedLogicalIndex> logicalIndexes;
+    std::vector<LogicalIndex> logicalIndexes;
     std::vector<LongColumn> longColumns;
     RowPointer ownedMap, freeMap;
 };

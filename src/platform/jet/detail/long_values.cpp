@@ -97,9 +97,9 @@ std::vector<std::byte> ReadLongValue(Pager& pager, PageNumber rowPage, std::span
 }
 
 std::vector<std::byte> WriteLongValue(Pager& pager, PageAllocator& allocator, UsageMap owned, UsageMap free,
-                                      std::span<const std::byte> data) {
+                                      std::span<const std::byte> data, bool mayInline) {
     const Layout& layout = pager.Format();
-    if (data.size() <= layout.maxInlineLongValue) {
+    if (data.empty() || (mayInline && data.size() <= layout.maxInlineLongValue)) {
         std::vector<std::byte> stored = MakeHeader(kInline, data.size(), {});
         stored.insert(stored.end(), data.begin(), data.end());
         return stored;

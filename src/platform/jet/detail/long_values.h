@@ -12,9 +12,11 @@ namespace zenvora::jet::detail {
 [[nodiscard]] std::vector<std::byte> ReadLongValue(Pager& pager, PageNumber rowPage,
                                                    std::span<const std::byte> stored);
 
-/// Stores data and returns what goes into the row. `owned` and `free` are the maps of the column.
+/// Stores data and returns what goes into the row. `owned` and `free` are the maps of the column. Short data
+/// stay in the row unless `mayInline` says that it has no room for them.
 [[nodiscard]] std::vector<std::byte> WriteLongValue(Pager& pager, PageAllocator& allocator, UsageMap owned,
-                                                    UsageMap free, std::span<const std::byte> data);
+                                                    UsageMap free, std::span<const std::byte> data,
+                                                    bool mayInline = true);
 
 /// Gives back the pieces of a stored value; pages that become empty are freed.
 void FreeLongValue(Pager& pager, PageAllocator& allocator, UsageMap owned, UsageMap free,

@@ -73,7 +73,7 @@ struct SystemTable {
     std::uint16_t variableCount;
     unsigned firstMapRow;  ///< owned; the free map follows
     std::vector<SystemIndex> indexes;
-    std::vector<PlannedLogicalIndex> logicalIndexes;
+    std::vector<LogicalIndex> logicalIndexes;
     std::vector<LongColumn> longColumns;
 };
 

@@ -316,8 +316,13 @@ void RowBuilder::Begin(const StoredDefinition& table) {
 }
 
 void RowBuilder::PutRaw(const ColumnDefinition& column, std::span<const std::byte> raw) {
-    pieces_[column.variableIndex] = {variable_.size(), raw.size()};
-    variable_.insert(variable_.end(), raw.begin(), raw.end());
+    if (!column.fixedLength) {
+        pieces_[column.variableIndex] = {variable_.size(), raw.size()};
+        variable_.insert(variable_.end(), raw.begin(), raw.end());
+    } else if (column.type != ColumnType::Boolean && !raw.empty()) {
+        std::memcpy(fixed_.data() + 2 + column.fixedOffset, raw.data(),
+                    std::min<std::size_t>(raw.size(), column.byteLength));
+    }
     mask_[column.number / 8] |= static_cast<std::byte>(1U << (column.number % 8));
 }
 
@@ -392,13 +397,7 @@ void RowBuilder::Put(const ColumnDefinition& column, const Value& value) {
             break;
         }
     }
-    if (!column.fixedLength) {
-        PutRaw(column, raw);
-        return;
-    }
-    std::memcpy(fixed_.data() + 2 + column.fixedOffset, raw.data(),
-                std::min<std::size_t>(raw.size(), column.byteLength));
-    mask_[column.number / 8] |= static_cast<std::byte>(1U << (column.number % 8));
+    PutRaw(column, raw);
 }
 
 std::span<const std::byte> RowBuilder::Finish() {

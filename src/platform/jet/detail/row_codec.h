@@ -49,7 +49,7 @@ class RowBuilder {
     void Begin(const StoredDefinition& table);
     /// A conforming value of any type but Memo and OLE.
     void Put(const ColumnDefinition& column, const Value& value);
-    /// The stored form of a variable column (a long-value definition).
+    /// The stored form of a value: of Memo and OLE the definition, of a Boolean that is true nothing.
     void PutRaw(const ColumnDefinition& column, std::span<const std::byte> raw);
     /// The finished row. Fault 3047: longer than a row may be.
     [[nodiscard]] std::span<const std::byte> Finish();

@@ -91,5 +91,8 @@ class Store {
 /// Builds the definition, maps and index roots of a user table on `page`. Faults: names and numbers beyond
 /// the limits of the format.
 void BuildTable(Pager& pager, PageAllocator& allocator, PageNumber page, const NewTable& table);
+/// Gives a planned table its maps and index roots and writes its definition on `page` and what pages it takes
+/// more.
+void PlaceTable(Pager& pager, PageAllocator& allocator, PageNumber page, PlannedTable& plan);
 
 }  // namespace zenvora::jet::detail

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/files/host_file.h"
 #include "platform/jet/database.h"
@@ -19,8 +21,15 @@ class DatabasePool {
     explicit DatabasePool(files::HostDisk& disk = files::SystemDisk());
     ~DatabasePool();
 
+    /// Who hears, once for each opening, what the user must know about it: that an unfinished change was
+    /// undone, or that the Databook is write-protected.
+    using Listener = std::function<void(const std::filesystem::path& path, const std::string& notice)>;
+    void SetListener(Listener listener);
+
     /// The open database of a file. One that is open for reading only is opened anew when writing is asked
-    /// for. Faults: as jet::Database::Open.
+    /// for. A write-protected file, or one in a write-protected folder, is opened for reading in spite of it,
+    /// and the listener hears of it; its records then refuse every change (3027).
+    /// Faults: as jet::Database::Open.
     [[nodiscard]] std::shared_ptr<jet::Database> Open(const std::filesystem::path& path,
                                                       jet::Database::Access access);
 
@@ -35,6 +44,8 @@ class DatabasePool {
                                                                jet::Database::Access access);
 
   private:
+    [[nodiscard]] std::unique_ptr<jet::Database> OpenFile(const std::filesystem::path& path,
+                                                          jet::Database::Access access);
     struct State;
     std::unique_ptr<State> state_;
 };

@@ -249,5 +249,57 @@ TEST_F(ConnectionTest, FaultsWhenItsFileWasReplaced) {
     pool_.Forget(folder_ / "never-opened.mdb");
 }
 
+/// The machine's disk, on which nothing can be opened for writing.
+class ProtectedDisk final : public files::HostDisk {
+  public:
+    std::unique_ptr<files::HostFile> Open(const std::filesystem::path& path, files::OpenMode mode) override {
+        if (mode != files::OpenMode::ReadOnly) {
+            throw Fault{fault::kPathAccess, "The disk is write-protected.", Place{path.string()}};
+        }
+        return files::SystemDisk().Open(path, mode);
+    }
+    bool Exists(const std::filesystem::path& path) override { return files::SystemDisk().Exists(path); }
+    void Remove(const std::filesystem::path& path) override { Refuse(path); }
+    void Rename(const std::filesystem::path& from, const std::filesystem::path&) override { Refuse(from); }
+    void SyncFolder(const std::filesystem::path&) override {}
+
+  private:
+    static void Refuse(const std::filesystem::path& path) {
+        throw Fault{fault::kPathAccess, "The disk is write-protected.", Place{path.string()}};
+    }
+};
+
+TEST(DatabasePoolOpen, OpensAWriteProtectedFileForReadingAndSaysSoOnce) {
+    const testing_support::TempFolder folder;
+    static_cast<void>(jet::Database::Create(folder / "a.mdb", 40359));
+    ProtectedDisk disk;
+    DatabasePool pool(disk);
+    std::vector<std::string> heard;
+    pool.SetListener([&](const std::filesystem::path& path, const std::string& notice) {
+        EXPECT_EQ(path, folder / "a.mdb");
+        heard.push_back(notice);
+    });
+    const auto first = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    EXPECT_TRUE(first->IsReadOnly());
+    const auto second = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    EXPECT_EQ(second->Path(), first->Path());
+    ASSERT_EQ(heard.size(), 1U);
+    EXPECT_NE(heard[0].find("for reading only"), std::string::npos);
+}
+
+TEST(DatabasePoolOpen, DoesNotReadInPlaceOfWritingWhatSomebodyElseWrites) {
+    const testing_support::TempFolder folder;
+    static_cast<void>(jet::Database::Create(folder / "a.mdb", 40359));
+    const auto other = jet::Database::Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    DatabasePool pool;
+    try {
+        static_cast<void>(pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite));
+        FAIL();
+    } catch (const Fault& fault) {
+        EXPECT_EQ(fault.number, fault::kInUse);
+    }
+    EXPECT_TRUE(pool.Open(folder / "a.mdb", jet::Database::Access::ReadOnly)->IsReadOnly());
+}
+
 }  // namespace
 }  // namespace zenvora::ado

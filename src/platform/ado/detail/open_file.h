@@ -12,7 +12,11 @@ namespace zenvora::ado::detail {
 /// are one.
 class OpenFile {
   public:
-    explicit OpenFile(std::shared_ptr<jet::Database> database) : database_(std::move(database)) {}
+    explicit OpenFile(std::shared_ptr<jet::Database> database, bool writeProtected = false)
+        : database_(std::move(database)), writeProtected_(writeProtected) {}
+
+    /// True when it was to be opened for writing and could only be read.
+    [[nodiscard]] bool WriteProtected() const noexcept { return writeProtected_; }
 
     /// Fault 91: the file was closed.
     [[nodiscard]] jet::Database& Database() const { return *Share(); }
@@ -40,6 +44,7 @@ class OpenFile {
     void Commit();
 
     std::shared_ptr<jet::Database> database_;
+    bool writeProtected_;
     int batches_ = 0;
     bool ownTransaction_ = false;
     // Real time passed, not a date: the wish is that a power cut loses no more than a second's work.

@@ -399,7 +399,9 @@ TEST_P(EveryDamage, IsFoundAndNamed) {
     Book book;
     damage.make(book);
     const VerifyReport report = book.Verify();
-    if (damage.severity == kError) EXPECT_FALSE(report.Sound());
+    if (damage.severity == kError) {
+        EXPECT_FALSE(report.Sound());
+    }
     const bool found =
         std::any_of(report.findings.begin(), report.findings.end(), [&](const VerifyFinding& each) {
             return each.severity == damage.severity && each.table == damage.table &&

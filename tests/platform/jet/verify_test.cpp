@@ -399,9 +399,7 @@ TEST_P(EveryDamage, IsFoundAndNamed) {
     Book book;
     damage.make(book);
     const VerifyReport report = book.Verify();
-    if (damage.severity == kError) {
-        EXPECT_FALSE(report.Sound());
-    }
+    EXPECT_TRUE(!report.Sound() || damage.severity == kNote);
     const bool found =
         std::any_of(report.findings.begin(), report.findings.end(), [&](const VerifyFinding& each) {
             return each.severity == damage.severity && each.table == damage.table &&

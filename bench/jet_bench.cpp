@@ -1,0 +1,167 @@
+// The engine alone: rows in and out of a Databook on the machine's disk. ZENVORA_BENCH_ROWS sets the size of
+// the table that is read (default 300,000 rows).
+
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "platform/jet/database.h"
+#include "platform/jet/verify.h"
+
+namespace {
+
+using namespace zenvora;
+namespace fs = std::filesystem;
+
+constexpr text::Date kNow = 46000;
+
+jet::NewColumn Column(const char* name, jet::ColumnType type, int characters = 0) {
+    jet::NewColumn column;
+    column.name = name;
+    column.type = type;
+    column.characters = characters;
+    return column;
+}
+
+jet::NewTable Comparables() {
+    jet::NewTable table;
+    table.name = "COMPS";
+    table.columns = {
+        Column("CENTRALKEY", jet::ColumnType::Text, 50),  Column("ADDRESS", jet::ColumnType::Text, 50),
+        Column("CITY", jet::ColumnType::Text, 30),        Column("SELLINGPR", jet::ColumnType::Double),
+        Column("SALEDATE", jet::ColumnType::DateTime),    Column("ORIGLISTPRICE", jet::ColumnType::Double),
+        Column("ORIGLISTDATE", jet::ColumnType::DateTime)};
+    jet::NewIndex key;
+    key.name = "PrimaryKey";
+    key.columns = {"CENTRALKEY"};
+    key.primaryKey = true;
+    table.indexes = {key};
+    return table;
+}
+
+std::vector<jet::Value> Row(unsigned number) {
+    const std::string street = std::to_string(number * 2654435761U % 1000000007U) + " Oak Street";
+    return {street,
+            street,
+            std::string("Troy"),
+            250000.0 + number,
+            jet::DateTime{40000.0 + number % 365},
+            259900.0,
+            jet::DateTime{39900.0 + number % 365}};
+}
+
+fs::path BenchPath(const char* name) {
+    return fs::temp_directory_path() / (std::to_string(::getpid()) + name);
+}
+
+void MakeDatabook(const fs::path& path, unsigned rows) {
+    fs::remove(path);
+    const auto database = jet::Database::Create(path, kNow);
+    jet::Table& table = database->CreateTable(Comparables(), kNow);
+    database->Begin();
+    for (unsigned i = 0; i < rows; ++i)
+        table.Insert(Row(i));
+    database->Commit();
+}
+
+void InsertWithPrimaryKey(benchmark::State& state) {
+    const auto rows = static_cast<unsigned>(state.range(0));
+    const fs::path path = BenchPath("-insert.mdb");
+    std::vector<std::vector<jet::Value>> values;
+    for (unsigned i = 0; i < rows; ++i)
+        values.push_back(Row(i));
+    for (auto _ : state) {
+        state.PauseTiming();
+        fs::remove(path);
+        auto database = jet::Database::Create(path, kNow);
+        jet::Table& table = database->CreateTable(Comparables(), kNow);
+        state.ResumeTiming();
+        database->Begin();
+        for (const auto& row : values)
+            table.Insert(row);
+        database->Commit();
+        state.PauseTiming();
+        database.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(rows));
+    fs::remove(path);
+}
+BENCHMARK(InsertWithPrimaryKey)->Arg(32000)->Arg(300000)->Unit(benchmark::kMillisecond);
+
+unsigned RowsToRead() {
+    const char* const rows = std::getenv("ZENVORA_BENCH_ROWS");
+    return rows != nullptr ? static_cast<unsigned>(std::strtoul(rows, nullptr, 10)) : 300000;
+}
+
+const fs::path& ReadFile() {
+    static const struct File {
+        fs::path path = BenchPath("-read.mdb");
+        File() { MakeDatabook(path, RowsToRead()); }
+        ~File() { fs::remove(path); }
+    } file;
+    return file.path;
+}
+
+void SetBytes(benchmark::State& state) {
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(fs::file_size(ReadFile())));
+}
+
+void ReadTheBytesAlone(benchmark::State& state) {
+    std::vector<char> buffer(std::size_t{1} << 18);
+    static_cast<void>(ReadFile());  // made before the time is taken
+    for (auto _ : state) {
+        std::ifstream file(ReadFile(), std::ios::binary);
+        while (file.read(buffer.data(), static_cast<std::streamsize>(buffer.size())))
+            benchmark::DoNotOptimize(buffer[0]);
+    }
+    SetBytes(state);
+}
+
+void OpenAndReadEveryValue(benchmark::State& state) {
+    for (auto _ : state) {
+        const auto database = jet::Database::Open(ReadFile(), jet::Database::Access::ReadOnly);
+        const jet::Table& table = database->OpenTable("COMPS");
+        std::string text;
+        double sum = 0;
+        table.Scan([&](const jet::RowView& row) {
+            text.clear();
+            for (std::size_t column = 0; column < 3; ++column)
+                row.AppendText(column, text);
+            for (std::size_t column = 3; column < 7; ++column)
+                sum += row.Number(column);
+            return true;
+        });
+        benchmark::DoNotOptimize(sum);
+    }
+    SetBytes(state);
+}
+
+void VerifyTheFile(benchmark::State& state) {
+    for (auto _ : state)
+        benchmark::DoNotOptimize(jet::Verify(ReadFile()));
+    SetBytes(state);
+}
+
+/// What another reader of the same file needs to print it, when it is installed.
+void MdbExportOfTheSameFile(benchmark::State& state) {
+    const std::string command = "mdb-export '" + ReadFile().string() + "' COMPS > /dev/null";
+    for (auto _ : state) {
+        if (std::system(command.c_str()) != 0) {
+            state.SkipWithError("mdb-export is not installed");
+            break;
+        }
+    }
+    SetBytes(state);
+}
+
+BENCHMARK(ReadTheBytesAlone)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(OpenAndReadEveryValue)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(VerifyTheFile)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(MdbExportOfTheSameFile)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+}  // namespace

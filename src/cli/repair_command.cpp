@@ -67,8 +67,8 @@ class RepairCommand final : public Command {
             for (std::size_t i = 0; i < report.leftBehind.size(); ++i)
                 line += (i == 0 ? "" : ", ") + report.leftBehind[i];
         }
-        throw Failure{Exit::SomethingRefused, line + ". Keep the damaged file until " + into_ +
-                                                  " has been looked through."};
+        throw Failure{Exit::SomethingRefused,
+                      line + ". Keep the damaged file until " + into_ + " has been looked through."};
     }
 
   private:
@@ -82,8 +82,7 @@ class RepairCommand final : public Command {
     }
 
     static void WriteReport(std::ostream& out, const jet::RepairReport& report) {
-        WriteText(out,
-                  {{"Table"}, {"Saved", true}, {"Lost", true}, {"Cut", true}, {"Stated before", true}},
+        WriteText(out, {{"Table"}, {"Saved", true}, {"Lost", true}, {"Cut", true}, {"Stated before", true}},
                   Rows(TableRows(report)));
         if (report.lost.empty()) return;
         out << '\n';

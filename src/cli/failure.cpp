@@ -19,6 +19,7 @@ bool IsFileFault(const Fault& fault) noexcept {
         case fault::kPathAccess:
         case fault::kPathNotFound:
         case fault::kRecordLocked:
+        case fault::kInUse:
         case fault::kReadOnly:
         case fault::kNotADatabook:
         case fault::kDamaged:

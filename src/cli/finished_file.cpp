@@ -4,6 +4,8 @@
 
 #include "cli/failure.h"
 #include "platform/files/host_file.h"
+#include "platform/files/whole_file.h"
+#include "platform/jet/database.h"
 #include "platform/text/utf8.h"
 
 namespace zenvora::cli {
@@ -12,16 +14,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path WithSuffix(const fs::path& path, const std::string& suffix) {
-    fs::path result = path;
-    result += suffix;
-    return result;
-}
-
 /// A link stays a link: what it points at is the file in question.
 fs::path BehindLinks(const fs::path& path) {
     std::error_code ignored;
     return fs::is_symlink(path, ignored) ? fs::weakly_canonical(path) : path;
+}
+
+/// A Databook that is about to be replaced is first brought to rest: a commit that a crash broke off is
+/// undone, so that what is kept of it is whole. One that another program works on is not replaced. Any other
+/// file, and damage, is no obstacle.
+void SettleOldDatabook(const fs::path& path) {
+    try {
+        static_cast<void>(jet::Database::Open(path, jet::Database::Access::ReadWrite));
+    } catch (const Fault& fault) {
+        if (fault.number == fault::kInUse) throw;
+    }
 }
 
 fs::path FolderOf(const fs::path& path) {
@@ -47,13 +54,15 @@ FinishedFile::FinishedFile(const fs::path& target, bool replace) : target_(Behin
                     Shown(target_.filename()) + ".bak.",
                 place};
         }
+        SettleOldDatabook(target_);
     } else if (!fs::is_directory(FolderOf(target_), ignored)) {
         throw Fault{fault::kPathNotFound, "There is no such folder. Make it first, or name another Databook.",
                     place};
     }
     int attempt = 0;
     do {
-        path_ = WithSuffix(target_, ".part" + std::to_string(++attempt));
+        path_ = target_;
+        path_ += ".part" + std::to_string(++attempt);
     } while (fs::exists(fs::symlink_status(path_, ignored)));
 }
 
@@ -74,15 +83,9 @@ void FinishedFile::Make(const std::function<void(const fs::path&)>& make) const 
 
 void FinishedFile::Finish() {
     auto& disk = files::SystemDisk();
-    const fs::path backup = WithSuffix(target_, ".bak");
-    const bool replaces = disk.Exists(target_);
-    if (replaces) disk.Rename(target_, backup);
-    try {
-        disk.Rename(path_, target_);
-    } catch (...) {
-        if (replaces) disk.Rename(backup, target_);
-        throw;
-    }
+    // A copy rather than a rename: the file itself is never away, whenever the program stops.
+    if (disk.Exists(target_)) files::CopyWholeFile(target_, files::BakPath(target_));
+    disk.Rename(path_, target_);
     finished_ = true;
     disk.SyncFolder(FolderOf(target_));
 }

@@ -104,6 +104,15 @@ Exit RunCommand(Command& command, const CommonOptions& options, const Environmen
         .io = environment.io, .session = session, .format = FormatOf(options.format), .quiet = options.quiet};
     call.effectiveDate = options.date.empty() ? clock.Today() : *ParseDate(options.date);
 
+    struct Unlisten {
+        ado::DatabasePool& databooks;
+        ~Unlisten() { databooks.SetListener({}); }
+    };
+    const Unlisten unlisten{environment.databooks};
+    environment.databooks.SetListener([&](const std::filesystem::path& path, const std::string& notice) {
+        desktop.EndProgress();
+        PrintLine(environment.io.err, command.GetVerb().name, Shown(path) + ": " + notice + ".");
+    });
     const auto fail = [&](Exit status, const std::string& line) {
         desktop.EndProgress();
         PrintLine(environment.io.err, command.GetVerb().name, line);

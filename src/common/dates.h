@@ -19,8 +19,9 @@ inline constexpr Date kDayZero = 2.0;
 /// The date of a text, day zero when IsDate says no. The text is upper-cased and trimmed in place.
 [[nodiscard]] Date ConvDate(std::string& text, const shell::Clock& clock);
 [[nodiscard]] Date ConvDate(std::string_view text, const shell::Clock& clock);
-/// The text's date with a four-digit year and without leading zeros, by the table of years in the source: years out of
-/// 1900 to the clock's year give "01/01/1900". The empty text gives itself. Fault 13: a text that is no date.
+/// The text's date with a four-digit year and without leading zeros, by the table of years in the source:
+/// years out of 1900 to the clock's year give "01/01/1900". The empty text gives itself. Fault 13: a text
+/// that is no date.
 [[nodiscard]] std::string NormalizeDateText(std::string_view text, const shell::Clock& clock);
 /// True when NormalizeDateText gives 01/01/1900. Fault 13: as there.
 [[nodiscard]] bool IsDayZero(std::string_view text, const shell::Clock& clock);

@@ -99,6 +99,17 @@ jet::NewTable CompsTable() {
     return table;
 }
 
+/// Lets the engine look at a Databook that will be replaced: a change that a crash broke off is undone first,
+/// so that the copy that is kept is whole. Fault 3045: another program has it open for writing.
+void Settle(common::Session& session, const std::filesystem::path& databook) {
+    try {
+        static_cast<void>(session.databooks.Open(databook, jet::Database::Access::ReadWrite));
+    } catch (const Fault& fault) {
+        // What the engine cannot work with, damaged or no Databook at all, is kept as it is.
+        if (fault.number == fault::kInUse) throw;
+    }
+}
+
 }  // namespace
 
 void CreateTemplate(const std::filesystem::path& path, text::Date now) {
@@ -118,8 +129,9 @@ void CopyNewData(common::Session& session, const std::filesystem::path& newData,
                     "The template for new Databooks is missing or empty. Install the program again.",
                     Place{newData.string()}};
     }
-    const auto replaced = files::FileExists(destination) ? files::Replaced::KeptAsBak : files::Replaced::Gone;
-    files::CopyWholeFile(newData, destination, replaced);
+    const bool replaces = files::FileExists(destination);
+    if (replaces) Settle(session, destination);
+    files::CopyWholeFile(newData, destination, replaces ? files::Replaced::KeptAsBak : files::Replaced::Gone);
     // Whoever connects from here on is to meet the new file, though data controls may still hold the old one.
     session.databooks.Forget(destination);
 }

@@ -14,9 +14,10 @@ namespace zenvora::databook {
 void CreateTemplate(const std::filesystem::path& path, text::Date now);
 
 /// Puts a copy of the template in the place of `destination`, without asking. What was there is kept beside
-/// it as NAME.bak; an empty file is not worth keeping. A crash leaves the old file or the new one. Databooks
-/// of the program that are open on the old file must be refreshed to see the new one. Faults: 53 (no
-/// template, or an empty one), 57, 61, 75, 76; the old file is then as it was.
+/// it as NAME.bak; an empty file is not worth keeping. A crash leaves the old file or the new one. Data
+/// controls of the program that stand on the old file keep what they have read, and meet the new one when
+/// they are refreshed. Faults: 53 (no template, or an empty one), 57, 61, 75, 76, 3045 (another program has
+/// the destination open for writing); the old file is then as it was.
 void CopyNewData(common::Session& session, const std::filesystem::path& newData,
                  const std::filesystem::path& destination);
 

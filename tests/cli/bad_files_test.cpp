@@ -119,6 +119,19 @@ TEST_F(BadFiles, ADatabookWithoutItsTable) {
     EXPECT_EQ(Run({"sql", book, "SELECT * FROM COMPS"}).status, Exit::SomethingRefused);
 }
 
+TEST_F(BadFiles, ADatabookThatAnotherProgramWorksOn) {
+    const auto book = SixRecords();
+    const auto source = Write("A.CSV", "Street,City\r\n12 Oak St,Troy\r\n");
+    Write("A.map", "Street <-> Address\r\nCity <-> City\r\n");
+    const auto other = jet::Database::Open(book, jet::Database::Access::ReadWrite);
+    ExpectFileTrouble({"check", book, "--date=6/30/2010"}, book, book);
+    ExpectFileTrouble({"select", book, "12 OAK ST", "exclude"}, book, book);
+    ExpectFileTrouble({"sql", book, "INSERT INTO COMPS (CENTRALKEY) VALUES ('1 ELM')"}, book, book);
+    ExpectFileTrouble({"new", book, "--force"}, book, book);
+    ExpectFileTrouble({"import", source, "--into", book, "--force"}, book, book);
+    MustRun({"records", book});
+}
+
 TEST_F(BadFiles, AFileThatMayNotBeWritten) {
     const auto book = SixRecords();
     fs::permissions(book, fs::perms::owner_read, fs::perm_options::replace);

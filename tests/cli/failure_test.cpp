@@ -44,8 +44,9 @@ TEST(FaultLines, AreOneLine) {
 }
 
 TEST(FileFaults, AreThoseOfTheFileAndNotOfWhatWasAskedOfIt) {
-    for (const int number : {fault::kFileNotFound, fault::kPathAccess, fault::kPathNotFound, fault::kDiskFull,
-                             fault::kDamaged, fault::kNotADatabook, fault::kPassword, fault::kReadOnly}) {
+    for (const int number :
+         {fault::kFileNotFound, fault::kPathAccess, fault::kPathNotFound, fault::kDiskFull, fault::kDamaged,
+          fault::kNotADatabook, fault::kPassword, fault::kInUse, fault::kReadOnly}) {
         EXPECT_TRUE(IsFileFault({number, ""})) << number;
     }
     for (const int number : {fault::kSyntax, fault::kDuplicateKey, fault::kTypeMismatch, fault::kNoSuchTable,

@@ -65,7 +65,7 @@ TEST(FinishedFile, KeepsTheOneThatItReplaces) {
     EXPECT_EQ(folder.Read("A.mdb.bak"), "old");
 }
 
-TEST(FinishedFile, PutsTheOldFileBackWhenTheNewOneCannotTakeItsPlace) {
+TEST(FinishedFile, LeavesTheOldFileWhenTheNewOneCannotTakeItsPlace) {
     const TempFolder folder;
     folder.Write("A.mdb", "old");
     FinishedFile file(folder / "A.mdb", true);  // and nothing is made at its path

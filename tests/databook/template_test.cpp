@@ -171,5 +171,19 @@ TEST_F(CopyOfTemplate, IsWhatADataControlMeetsAtItsNextRefresh) {
     EXPECT_EQ(control.Recordset().RecordCount(), 1);
 }
 
+TEST_F(CopyOfTemplate, LeavesADatabookThatAnotherProgramWrites) {
+    Copy("WORK.mdb");
+    const std::string before = folder_.Read("WORK.mdb");
+    {
+        ado::DatabasePool otherProgram;
+        const auto open = otherProgram.Open(folder_ / "WORK.mdb", jet::Database::Access::ReadWrite);
+        EXPECT_EQ(FaultOf([&] { Copy("WORK.mdb"); }), fault::kInUse);
+    }
+    EXPECT_EQ(folder_.Read("WORK.mdb"), before);
+    EXPECT_FALSE(Exists("WORK.mdb.bak"));
+    Copy("WORK.mdb");
+    EXPECT_TRUE(Exists("WORK.mdb.bak"));
+}
+
 }  // namespace
 }  // namespace zenvora::databook

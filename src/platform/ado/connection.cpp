@@ -131,7 +131,7 @@ void Connection::Open(std::string_view connectionString) {
 }
 
 long Connection::Execute(std::string_view statement) {
-    static_cast<void>(state_->File());
+    static_cast<void>(Database());  // before a plan names a table of it
     if (state_->PlanSuits(statement)) {
         detail::ParseValues(statement, state_->plan->head.size(), state_->values);
         return state_->InsertPlanned();

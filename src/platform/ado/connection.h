@@ -21,7 +21,7 @@ using PathMapper = std::function<std::filesystem::path(std::string_view)>;
 /// Statement forms, keywords without regard to case, one trailing ";" allowed:
 ///   INSERT INTO table [(column, ...)] VALUES (literal, ...)
 ///   ALTER TABLE table ADD [COLUMN] column type
-///   ALTER TABLE table ALTER [COLUMN] column SET DEFAULT literal
+///   ALTER TABLE table ALTER [COLUMN] column SET DEFAULT literal   (a date may stand bare: 01/01/1900)
 /// Literals: "text" and 'text' (the same quote doubled is NOT an escape: it ends the text and refuses the
 /// statement inside a double-quoted one; inside a single-quoted one two quotes stand for one), numbers, Null,
 /// #m/d/yyyy#. Column names may stand in [brackets]. A column not named takes its default, else Null.
@@ -32,9 +32,10 @@ class Connection {
 
     /// Opens the Databook. Faults: as jet::Database::Open.
     void Open(std::string_view connectionString);
-    /// Runs one statement; returns the number of records it changed. Faults: 3134 (none of the forms), 3078,
-    /// 3265 (no such column), 13 (a text that does not go into its column: no date, no number), 3022, 3058,
-    /// ... A refused statement leaves the Databook as it was.
+    /// Runs one statement; returns the number of records it changed. Faults: 3134 (none of the forms, a
+    /// column named twice, as many values as columns not given), 3078, 3265 (no such column), 3380 (the
+    /// column exists), 13 (a text that does not go into its column: no date, no number), 6 (a number beyond
+    /// its column), 3163, 3022, 3058, ... A refused statement leaves the Databook as it was.
     long Execute(std::string_view statement);
     /// Statements between BeginBatch and EndBatch are made durable together: at EndBatch, and on the way at
     /// the latest every second. A refused statement does not undo those before it.

@@ -33,12 +33,16 @@ struct Bookmark {
 };
 
 /// A client-side, static set of records: read once by its statement, it does not see later changes of others;
-/// its own changes it writes through to the Databook and sees at once.
+/// its own changes it writes through to the Databook and sees at once. A record keeps its place when its sort
+/// field changes; new records stand behind the others.
 ///
 /// A record is current, or the position is before the first (BOF) or behind the last (EOF); an empty set is
-/// both. Field access by position is the quick way; by name it costs a look-up without regard to case. Costs
-/// less than 300 bytes a record. Faults: 3021 (no current record), 3265 (no such field), 13 / 3163 / 3022 /
-/// ... of the store at Update.
+/// both. Going to another record writes what is pending on this one, with the faults of Update; the position
+/// stays then. Field access by position is the quick way; by name it costs a look-up without regard to case.
+/// Costs less than 300 bytes a record. Memo, OLE, binary, GUID and decimal values are read from the Databook
+/// when asked for.
+/// Faults: 3021 (no current record), 3265 (no such field), 3027 (a change of a Databook that is open for
+/// reading only), 13 / 3163 / 3022 / ... of the store at Update.
 class Recordset {
   public:
     explicit Recordset(std::unique_ptr<detail::RecordsetStore> store);
@@ -51,6 +55,7 @@ class Recordset {
     void MoveLast();
     void MoveNext();      ///< fault 3021 at EOF
     void MovePrevious();  ///< fault 3021 at BOF
+    /// Without a current record: a bookmark that leads to EOF.
     [[nodiscard]] Bookmark GetBookmark() const;
     void SetBookmark(Bookmark bookmark);
     /// Position of the current record from 0, -1 without one; and the record at a position (for grids).
@@ -58,8 +63,9 @@ class Recordset {
     void MoveTo(long position);
 
     /// Finds the first record from the first one on whose field equals the value: criterion `NAME='text'`,
-    /// two single quotes inside stand for one. Text compares without regard to case. Not found: EOF. Fault
-    /// 3134: a criterion of another form.
+    /// two single quotes inside stand for one, and so do two asterisks. Text compares as the key index does:
+    /// without regard to case and to blanks at the end. Not found: EOF. Fault 3134: a criterion of another
+    /// form.
     void Find(std::string_view criterion);
 
     [[nodiscard]] const std::vector<FieldInfo>& Fields() const;

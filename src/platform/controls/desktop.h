@@ -2,8 +2,8 @@
 
 #include <string>
 
-/// What the logic asks of the screen. Tests answer from a list (tests/support/scripted_desktop.h); the command line
-/// prints and takes the default answer.
+/// What the logic asks of the screen. Tests answer from a list (tests/support/scripted_desktop.h); the
+/// command line prints and takes the default answer.
 namespace zenvora::controls {
 
 enum class Icon { None, Information, Question, Exclamation, Critical };
@@ -20,7 +20,7 @@ struct MessageBox {
 /// An open or save dialog. `directory` and the answer are host paths.
 struct FileDialog {
     std::string title;
-    std::string filter;     ///< "Map Files (*.map)|*.map": pairs of caption and patterns, separated by "|"
+    std::string filter;  ///< "Map Files (*.map)|*.map": pairs of caption and patterns, separated by "|"
     std::string directory;
     std::string fileName;
     std::string defaultExtension;
@@ -28,7 +28,7 @@ struct FileDialog {
 };
 
 class Desktop {
-public:
+  public:
     virtual ~Desktop() = default;
     /// Shows a modal message and returns the button pressed.
     virtual Answer Show(const MessageBox& message) = 0;

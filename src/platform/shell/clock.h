@@ -6,7 +6,7 @@
 namespace zenvora::shell {
 
 class Clock {
-public:
+  public:
     virtual ~Clock() = default;
     /// Date and time of day now, local time, as a date number.
     [[nodiscard]] virtual text::Date Now() const = 0;
@@ -18,18 +18,18 @@ public:
 
 /// The machine's own clock, local time.
 class SystemClock final : public Clock {
-public:
+  public:
     [[nodiscard]] text::Date Now() const override;
 };
 
 /// A clock that stands still: for repeatable runs and for tests.
 class FixedClock final : public Clock {
-public:
+  public:
     explicit FixedClock(text::Date now) : now_(now) {}
     [[nodiscard]] text::Date Now() const override { return now_; }
     void Set(text::Date now) { now_ = now; }
 
-private:
+  private:
     text::Date now_;
 };
 

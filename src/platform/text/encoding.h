@@ -13,8 +13,9 @@ struct Decoded {
     Encoding encoding = Encoding::Utf8;
 };
 
-/// The bytes of a whole file as text: a UTF-8 byte-order mark is dropped; valid UTF-8 is read as UTF-8, all else as
-/// Windows-1252 (its five unassigned bytes become the control characters of the same number). Faults: none.
+/// The bytes of a whole file as text: a UTF-8 byte-order mark is dropped; valid UTF-8 is read as UTF-8, all
+/// else as Windows-1252 (its five unassigned bytes become the control characters of the same number). Faults:
+/// none.
 [[nodiscard]] Decoded Decode(std::string_view bytes);
 
 /// Windows-1252 bytes to UTF-8. Faults: none.

@@ -4,8 +4,9 @@
 #include <string>
 #include <string_view>
 
-/// Text as the rules count it: UTF-8 in std::string; lengths, positions and widths are characters (code points).
-/// A byte that is no valid UTF-8 counts as one character and is kept as it is. Faults: none, unless stated.
+/// Text as the rules count it: UTF-8 in std::string; lengths, positions and widths are characters (code
+/// points). A byte that is no valid UTF-8 counts as one character and is kept as it is. Faults: none, unless
+/// stated.
 namespace zenvora::text {
 
 /// Number of characters.
@@ -16,7 +17,8 @@ namespace zenvora::text {
 /// The last `count` characters, or all of a shorter text.
 [[nodiscard]] std::string Right(std::string_view text, std::size_t count);
 /// `count` characters from position `start`, which counts from 1; empty beyond the end.
-[[nodiscard]] std::string Mid(std::string_view text, std::size_t start, std::size_t count = std::string::npos);
+[[nodiscard]] std::string Mid(std::string_view text, std::size_t start,
+                              std::size_t count = std::string::npos);
 
 /// Without leading and trailing blanks (U+0020 only; tabs and other spaces stay).
 [[nodiscard]] std::string_view TrimView(std::string_view text) noexcept;
@@ -40,8 +42,9 @@ void AppendCharacter(std::string& text, char32_t character);
 [[nodiscard]] std::u16string ToUtf16(std::string_view text);
 [[nodiscard]] std::string FromUtf16(std::u16string_view text);
 
-/// Every occurrence of `find` replaced, left to right, without looking at a replacement again. An empty `find`
-/// changes nothing.
-[[nodiscard]] std::string ReplaceAll(std::string_view text, std::string_view find, std::string_view replacement);
+/// Every occurrence of `find` replaced, left to right, without looking at a replacement again. An empty
+/// `find` changes nothing.
+[[nodiscard]] std::string ReplaceAll(std::string_view text, std::string_view find,
+                                     std::string_view replacement);
 
 }  // namespace zenvora::text

@@ -66,10 +66,13 @@ TEST_F(AdodcTest, MapsItsDataSource) {
 
 TEST_F(AdodcTest, LetsGoOfTheFileAtClose) {
     const auto control = Select("SELECT * FROM STOCK");
-    std::weak_ptr<jet::Database> file = pool_.Open(Path(), jet::Database::Access::ReadOnly);
-    EXPECT_FALSE(file.expired());
+    DatabasePool otherProgram;
+    const auto write = [&] {
+        static_cast<void>(otherProgram.Open(Path(), jet::Database::Access::ReadWrite));
+    };
+    EXPECT_EQ(FaultOf(write), fault::kInUse);
     control->Close();
-    EXPECT_TRUE(file.expired());
+    EXPECT_EQ(FaultOf(write), 0);
 }
 
 TEST_F(AdodcTest, OrdersManyRecordsByTheirKeyIndexAfterDeletesAndChanges) {

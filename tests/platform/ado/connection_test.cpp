@@ -221,17 +221,84 @@ TEST(DatabasePoolOpen, ClosesAFileWithItsLastUser) {
     const testing_support::TempFolder folder;
     static_cast<void>(jet::Database::Create(folder / "a.mdb", 40359));
     DatabasePool pool;
-    std::weak_ptr<jet::Database> seen = pool.Open(folder / "a.mdb", jet::Database::Access::ReadOnly);
-    EXPECT_TRUE(seen.expired());
+    DatabasePool otherProgram;
+    const auto write = [&] {
+        static_cast<void>(otherProgram.Open(folder / "a.mdb", jet::Database::Access::ReadWrite));
+    };
+    auto first = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    auto second = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    first.reset();
+    EXPECT_EQ(FaultOf(write), fault::kInUse);
+    second.reset();
+    EXPECT_EQ(FaultOf(write), 0);
 }
 
-TEST(DatabasePoolOpen, OpensTheNewFileOnceTheOldOneIsForgotten) {
+TEST_F(ConnectionTest, FaultsWhenItsFileWasReplaced) {
+    connection_.Execute("INSERT INTO STOCK (KEYNAME) VALUES (\"A\")");
+    connection_.BeginBatch();
+    connection_.Execute("INSERT INTO STOCK (KEYNAME) VALUES (\"B\")");
+    pool_.Forget(Path());
+    EXPECT_EQ(Refusal("INSERT INTO STOCK (KEYNAME) VALUES (\"C\")"), fault::kObjectNotSet);
+    connection_.EndBatch();
+    EXPECT_EQ(FaultOf([&] { connection_.BeginBatch(); }), fault::kObjectNotSet);
+    // The batch was given up; what comes to the path next is opened anew, for writing too.
+    EXPECT_EQ(Column("SELECT KEYNAME FROM STOCK"), Texts{"A"});
+    connection_.Open(ConnectionText());
+    connection_.Execute("INSERT INTO STOCK (KEYNAME) VALUES (\"C\")");
+    EXPECT_EQ(Column("SELECT KEYNAME FROM STOCK"), (Texts{"A", "C"}));
+    pool_.Forget(folder_ / "never-opened.mdb");
+}
+
+/// The machine's disk, on which nothing can be opened for writing.
+class ProtectedDisk final : public files::HostDisk {
+  public:
+    std::unique_ptr<files::HostFile> Open(const std::filesystem::path& path, files::OpenMode mode) override {
+        if (mode != files::OpenMode::ReadOnly) {
+            throw Fault{fault::kPathAccess, "The disk is write-protected.", Place{path.string()}};
+        }
+        return files::SystemDisk().Open(path, mode);
+    }
+    bool Exists(const std::filesystem::path& path) override { return files::SystemDisk().Exists(path); }
+    void Remove(const std::filesystem::path& path) override { Refuse(path); }
+    void Rename(const std::filesystem::path& from, const std::filesystem::path&) override { Refuse(from); }
+    void SyncFolder(const std::filesystem::path&) override {}
+
+  private:
+    static void Refuse(const std::filesystem::path& path) {
+        throw Fault{fault::kPathAccess, "The disk is write-protected.", Place{path.string()}};
+    }
+};
+
+TEST(DatabasePoolOpen, OpensAWriteProtectedFileForReadingAndSaysSoOnce) {
     const testing_support::TempFolder folder;
     static_cast<void>(jet::Database::Create(folder / "a.mdb", 40359));
+    ProtectedDisk disk;
+    DatabasePool pool(disk);
+    std::vector<std::string> heard;
+    pool.SetListener([&](const std::filesystem::path& path, const std::string& notice) {
+        EXPECT_EQ(path, folder / "a.mdb");
+        heard.push_back(notice);
+    });
+    const auto first = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    EXPECT_TRUE(first->IsReadOnly());
+    const auto second = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
+    EXPECT_EQ(second->Path(), first->Path());
+    ASSERT_EQ(heard.size(), 1U);
+    EXPECT_NE(heard[0].find("for reading only"), std::string::npos);
+}
+
+TEST(DatabasePoolOpen, DoesNotReadInPlaceOfWritingWhatSomebodyElseWrites) {
+    const testing_support::TempFolder folder;
+    static_cast<void>(jet::Database::Create(folder / "a.mdb", 40359));
+    const auto other = jet::Database::Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
     DatabasePool pool;
-    const auto old = pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite);
-    pool.Forget(folder / "a.mdb");
-    EXPECT_NE(pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite), old);
+    try {
+        static_cast<void>(pool.Open(folder / "a.mdb", jet::Database::Access::ReadWrite));
+        FAIL();
+    } catch (const Fault& fault) {
+        EXPECT_EQ(fault.number, fault::kInUse);
+    }
+    EXPECT_TRUE(pool.Open(folder / "a.mdb", jet::Database::Access::ReadOnly)->IsReadOnly());
 }
 
 }  // namespace

@@ -588,6 +588,29 @@ TEST_F(RecordsetTest, EndsABatchWhenItGoesAway) {
     EXPECT_EQ(Column("SELECT CITY FROM STOCK WHERE KEYNAME='a'"), Texts{"Flint"});
 }
 
+TEST_F(RecordsetTest, KeepsWhatItReadWhenItsFileWasReplaced) {
+    Records().MoveTo(1);
+    Records().SetValue("CITY", std::string("Flint"));
+    pool_.Forget(Path());
+    EXPECT_EQ(FaultOf([&] { Records().Update(); }), fault::kObjectNotSet);
+    Records().CancelUpdate();
+    EXPECT_EQ(Records().TextView(1), "Troy");
+    EXPECT_EQ(Records().Number(2), 200);
+    EXPECT_EQ(Records().FieldIndex("PRICE"), 2);
+    Records().Find("KEYNAME='d'");
+    EXPECT_EQ(Here(), "D");
+    EXPECT_EQ(FaultOf([&] { Records().SetValue("CITY", std::string("x")); }), fault::kObjectNotSet);
+    EXPECT_EQ(FaultOf([&] { Records().AddNew(); }), fault::kObjectNotSet);
+    EXPECT_EQ(FaultOf([&] { Records().Delete(); }), fault::kObjectNotSet);
+    EXPECT_EQ(Records().Edit(), EditMode::None);
+    Records().MoveFirst();
+    EXPECT_EQ(FaultOf([&] { static_cast<void>(Records().Text(5)); }), fault::kObjectNotSet);  // a Memo
+    control_->Refresh();
+    Records().SetValue("CITY", std::string("Flint"));
+    Records().Update();
+    EXPECT_EQ(Records().TextView(1), "Flint");
+}
+
 TEST(RecordsetReadOnly, RefusesEveryChange) {
     const testing_support::TempFolder folder;
     {

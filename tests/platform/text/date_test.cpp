@@ -1,7 +1,7 @@
 #include "platform/text/date.h"
 
-#include <gtest/gtest.h>
 #include <cmath>
+#include <gtest/gtest.h>
 #include <limits>
 
 namespace zenvora::text {

@@ -9,8 +9,22 @@ constexpr std::chrono::seconds kLongestBatch{1};
 
 }  // namespace
 
+const std::shared_ptr<jet::Database>& OpenFile::Share() const {
+    if (database_) return database_;
+    throw Fault{fault::kObjectNotSet,
+                "Another file has taken the place of the Databook that these records came from: select them "
+                "again."};
+}
+
+void OpenFile::Close() {
+    if (!database_) return;
+    if (ownTransaction_) database_->Rollback();
+    ownTransaction_ = false;
+    database_.reset();
+}
+
 void OpenFile::BeginBatch() {
-    if (batches_ == 0 && !database_->InTransaction()) {
+    if (batches_ == 0 && !Database().InTransaction()) {
         database_->Begin();
         ownTransaction_ = true;
         begun_ = std::chrono::steady_clock::now();

@@ -12,9 +12,19 @@ namespace zenvora::ado::detail {
 /// are one.
 class OpenFile {
   public:
-    explicit OpenFile(std::unique_ptr<jet::Database> database) : database_(std::move(database)) {}
+    explicit OpenFile(std::shared_ptr<jet::Database> database, bool writeProtected = false)
+        : database_(std::move(database)), writeProtected_(writeProtected) {}
 
-    [[nodiscard]] jet::Database& Database() noexcept { return *database_; }
+    /// True when it was to be opened for writing and could only be read.
+    [[nodiscard]] bool WriteProtected() const noexcept { return writeProtected_; }
+
+    /// Fault 91: the file was closed.
+    [[nodiscard]] jet::Database& Database() const { return *Share(); }
+    [[nodiscard]] const std::shared_ptr<jet::Database>& Share() const;
+
+    /// Closes the file under its users, because another one has taken its place: a writer that went on would
+    /// write into a file without a name. What was not committed is given up. Users keep what they have read.
+    void Close();
 
     /// Batches nest. The first one begins a transaction (unless somebody has begun one), the last one commits
     /// it.
@@ -33,7 +43,8 @@ class OpenFile {
   private:
     void Commit();
 
-    std::unique_ptr<jet::Database> database_;
+    std::shared_ptr<jet::Database> database_;
+    bool writeProtected_;
     int batches_ = 0;
     bool ownTransaction_ = false;
     // Real time passed, not a date: the wish is that a power cut loses no more than a second's work.

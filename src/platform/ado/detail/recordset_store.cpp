@@ -33,12 +33,12 @@ RecordsetStore::RecordsetStore(const std::shared_ptr<OpenFile>& file, const Sele
       clock_(clock),
       selection_(ReadSelection(file->Database(), statement, clock)),
       rows_(selection_.rows),
+      definition_(selection_.table->Definition()),
       cells_(rows_.Cells().data()),
       fieldCount_(selection_.fieldCount),
       rowChangesSeen_(file->RowChanges()) {
-    const std::vector<jet::ColumnDefinition>& columns = selection_.table->Definition().columns;
     for (std::size_t field = 0; field < selection_.fieldCount; ++field) {
-        const jet::ColumnDefinition& column = columns[rows_.Cells()[field].column];
+        const jet::ColumnDefinition& column = Column(field);
         fields_.push_back({column.name, column.type, SizeOf(column)});
     }
     count_ = static_cast<long>(rows_.Count());
@@ -156,7 +156,7 @@ bool RecordsetStore::Equals(std::size_t record, std::size_t field, const jet::Va
         case CellKind::InTable:
             break;
     }
-    const jet::Value stored = selection_.table->Read(rows_.Id(record))[cell.column];
+    const jet::Value stored = Table().Read(rows_.Id(record))[cell.column];
     const auto* const text = std::get_if<std::string>(&stored);
     return text != nullptr ? SameText(*text, std::get<std::string>(value)) : stored == value;
 }
@@ -205,7 +205,7 @@ void RecordsetStore::Find(std::string_view criterion) {
 
 int RecordsetStore::FieldIndex(std::string_view name) const {
     // The definition folds names as the engine does; a projection holds a column at most a few times.
-    const std::optional<std::size_t> column = selection_.table->Definition().FindColumn(name);
+    const std::optional<std::size_t> column = definition_.FindColumn(name);
     if (!column) return -1;
     for (std::size_t field = 0; field < fields_.size(); ++field) {
         if (rows_.Cells()[field].column == *column) return static_cast<int>(field);
@@ -222,7 +222,12 @@ int RecordsetStore::FieldOf(std::string_view name) const {
 }
 
 const jet::ColumnDefinition& RecordsetStore::Column(std::size_t field) const {
-    return selection_.table->Definition().columns[rows_.Cells()[field].column];
+    return definition_.columns[rows_.Cells()[field].column];
+}
+
+jet::Table& RecordsetStore::Table() const {
+    static_cast<void>(batches_.File().Database());
+    return *selection_.table;
 }
 
 std::size_t RecordsetStore::Checked(int field) const {
@@ -245,7 +250,7 @@ const jet::Value* RecordsetStore::Pending(std::size_t field) const {
 }
 
 jet::Value RecordsetStore::FromTable(std::size_t field) const {
-    return selection_.table->Read(rows_.Id(CurrentRecord()))[rows_.Cells()[field].column];
+    return Table().Read(rows_.Id(CurrentRecord()))[rows_.Cells()[field].column];
 }
 
 jet::Value RecordsetStore::Value(int number) const {
@@ -322,7 +327,7 @@ void RecordsetStore::SetValue(int number, const jet::Value& value) {
     const std::size_t column = rows_.Cells()[field].column;
     jet::Value converted = ConvertValue(value, Column(field), clock_);
     if (edit_ == EditMode::None) {
-        const std::size_t columns = selection_.table->Definition().columns.size();
+        const std::size_t columns = definition_.columns.size();
         pending_.assign(columns, jet::Null{});
         changed_.assign(columns, false);
         edit_ = EditMode::InProgress;
@@ -335,7 +340,7 @@ void RecordsetStore::SetValue(int number, const jet::Value& value) {
 void RecordsetStore::AddNew() {
     RefuseReadOnly();
     WriteOut();
-    pending_ = DefaultsOf(*selection_.table, clock_);
+    pending_ = DefaultsOf(Table(), clock_);
     changed_.assign(pending_.size(), false);
     edit_ = EditMode::Add;
     row_ = nullptr;
@@ -379,7 +384,7 @@ void RecordsetStore::UpdateCurrent() {
         values.push_back(pending_[column]);
     }
     if (!columns.empty()) {
-        selection_.table->Update(rows_.Id(record), columns, values);
+        Table().Update(rows_.Id(record), columns, values);
         for (std::size_t field = 0; field < rows_.Cells().size(); ++field) {
             const std::size_t column = rows_.Cells()[field].column;
             if (changed_[column]) Store(record, field, pending_[column]);
@@ -407,11 +412,11 @@ void RecordsetStore::Store(std::size_t record, std::size_t field, const jet::Val
 
 void RecordsetStore::InsertNew() {
     // Columns that were added to the table in the meantime take their default as well.
-    std::vector<jet::Value> values = DefaultsOf(*selection_.table, clock_);
+    std::vector<jet::Value> values = DefaultsOf(Table(), clock_);
     std::copy(pending_.begin(), pending_.end(), values.begin());
-    const jet::RowId id = selection_.table->Insert(values);
+    const jet::RowId id = Table().Insert(values);
     // Read back: the engine numbers an auto-number column.
-    rows_.Append(id, selection_.table->Read(id));
+    rows_.Append(id, Table().Read(id));
     const std::size_t record = rows_.Count() - 1;
     if (deletedSome_) remaining_.push_back(static_cast<std::uint32_t>(record));
     if (searchIndex_) searchIndex_->Add(static_cast<std::uint32_t>(record));
@@ -434,7 +439,7 @@ void RecordsetStore::Delete() {
     const std::size_t record = CurrentRecord();
     RefuseReadOnly();
     CancelUpdate();
-    selection_.table->Delete(rows_.Id(record));
+    Table().Delete(rows_.Id(record));
     if (!deletedSome_) {
         remaining_.resize(rows_.Count());
         std::iota(remaining_.begin(), remaining_.end(), 0U);

@@ -70,6 +70,8 @@ class RecordsetStore {
     static constexpr long kBeforeFirst = -1;
 
     [[nodiscard]] const jet::ColumnDefinition& Column(std::size_t field) const;
+    /// Fault 91: the file was closed.
+    [[nodiscard]] jet::Table& Table() const;
     /// The field's cell in the current row, nullptr when there is no such thing or something is pending.
     [[nodiscard]] const Cell* PlainCell(int field) const noexcept {
         const auto at = static_cast<std::size_t>(field);
@@ -107,6 +109,7 @@ class RecordsetStore {
     const shell::Clock& clock_;
     Selection selection_;
     RecordRows& rows_;
+    jet::TableDefinition definition_;  ///< a copy, for names and types when the file is closed
     std::vector<FieldInfo> fields_;
     const Cell* cells_;  ///< of the rows, at hand
     std::size_t fieldCount_;

@@ -32,8 +32,9 @@ void Pager::SetJournal(std::unique_ptr<Journal> journal, std::unique_ptr<WriterG
 void Pager::SetOverlay(const Journal::OldPages& old) {
     DropAll();
     pageCount_ = storedCount_ = old.pageCount;
+    frames_.resize(std::max<std::size_t>(frames_.size(), pageCount_));
     for (const auto& [page, image] : old.images) {
-        if (page >= pageCount_) continue;
+        if (page >= pageCount_ || image.size() != pageSize_) continue;
         Frame& frame = NewFrame(page);
         std::memcpy(frame.bytes.get(), image.data(), pageSize_);
         frame.dirty = true;  // never to be let go; a file for reading is never committed

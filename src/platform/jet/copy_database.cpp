@@ -146,9 +146,10 @@ class Copier {
         std::set<std::int32_t> carried;
         for (const CatalogObject& object : objects_) {
             const auto twin = std::find_if(present.begin(), present.end(), [&](const CatalogObject& each) {
-                return each.type == object.type && (object.IsEngineTable()
-                                                        ? text::EqualsNoCase(each.name, object.name)
-                                                        : each.id == object.id);
+                if (each.type != object.type) return false;
+                return object.type == kLocalTable
+                           ? object.IsEngineTable() && text::EqualsNoCase(each.name, object.name)
+                           : each.id == object.id;
             });
             if (twin == present.end() && !Carries(object)) continue;
             carried.insert(NewId(object));

@@ -33,7 +33,7 @@ struct OldObject {
     std::uint32_t flags = 0;
     std::string name;
     Bytes properties;
-    Value created, updated;
+    Value created;
 };
 
 /// A table that is to be saved.
@@ -136,7 +136,7 @@ class Repairer {
         std::map<std::string, std::size_t> at;
         for (std::size_t i = 0; i < catalog.table.columns.size(); ++i)
             at[catalog.table.columns[i].name] = i;
-        for (const char* name : {"Id", "Name", "Type", "Flags", "LvProp", "DateCreate", "DateUpdate"}) {
+        for (const char* name : {"Id", "Name", "Type", "Flags"}) {
             if (!at.contains(name)) return;
         }
         const SalvageListener listener{
@@ -152,6 +152,7 @@ class Repairer {
         const std::vector<PageNumber> pages = PagesOf(catalog, kCatalogPage, missing);
         const auto visit = [&](PageNumber, int, const StoredFields& fields) {
             const auto value = [&](const char* name) {
+                if (!at.contains(name)) return Value{};
                 const std::size_t position = at[name];
                 ColumnDefinition column = catalog.table.columns[position];
                 column.codePage = 0;  // the fields are in the newer form
@@ -169,9 +170,8 @@ class Repairer {
             if (const Value name = value("Name"); std::holds_alternative<std::string>(name))
                 object.name = std::get<std::string>(name);
             object.created = value("DateCreate");
-            object.updated = value("DateUpdate");
-            if (const auto& properties = fields[at["LvProp"]])
-                object.properties.assign(properties->begin(), properties->end());
+            if (const auto place = at.find("LvProp"); place != at.end() && fields[place->second])
+                object.properties.assign(fields[place->second]->begin(), fields[place->second]->end());
             if (!object.name.empty()) objects_.push_back(std::move(object));
         };
         for (PageNumber page : pages)
@@ -225,8 +225,9 @@ class Repairer {
             if (table.whole) readable.insert(table.page);
             if (continued.contains(table.page)) continue;
             readable.insert(table.page);
-            if (table.page <= kLastEnginePage) continue;
             table.object = ObjectOf(table.page);
+            if (table.page <= kLastEnginePage && (table.object == nullptr || !IsUsers(*table.object)))
+                continue;
             const bool users = table.object != nullptr
                                    ? IsUsers(*table.object)
                                    : !table.definition.table.systemTable && !free_[table.page];
@@ -249,13 +250,13 @@ class Repairer {
         int recovered = 0;
         for (FoundTable& table : tables_) {
             if (!table.name.empty()) continue;
-            if (table.definition.table.FindColumn("CENTRALKEY") && !IsNameTaken("COMPS")) {
-                table.name = "COMPS";
-            } else {
+            std::string name = "COMPS";
+            if (!table.definition.table.FindColumn("CENTRALKEY") || IsNameTaken(name)) {
                 do {
-                    table.name = "Recovered " + std::to_string(++recovered);
-                } while (IsNameTaken(table.name));
+                    name = "Recovered " + std::to_string(++recovered);
+                } while (IsNameTaken(name));
             }
+            table.name = name;
             Lose(table.name, table.page, -1, "the name of this table is lost: it was called " + table.name);
         }
     }

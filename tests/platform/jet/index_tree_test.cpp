@@ -225,5 +225,22 @@ TEST_F(IndexTreeTest, FreedPagesAreUsedAgain) {
     EXPECT_LE(pager_->PageCount(), pages + 2);
 }
 
+class TreeOfEqualKeys : public TreeTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(TreeOfEqualKeys, TakesAKeyThatSharesNothingWithThem) {
+    // Equal keys leave room for many entries on a page; none of it is left when another key joins them.
+    const std::string other = GetParam();
+    std::set<std::string> model;
+    for (unsigned row = 0; row < 850; ++row)
+        static_cast<void>(tree_->Insert(*model.insert(Entry(std::string(60, 'T'), 1000 + row)).first));
+    static_cast<void>(tree_->Insert(*model.insert(Entry(other, 5)).first));
+    ExpectEqual(model);
+    for (unsigned row = 1; row < 20; ++row)
+        static_cast<void>(tree_->Insert(*model.insert(Entry(other + std::string(row, 'm'), 5 + row)).first));
+    ExpectEqual(model);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sides, TreeOfEqualKeys, testing::Values("A", "z"));
+
 }  // namespace
 }  // namespace zenvora::jet::detail

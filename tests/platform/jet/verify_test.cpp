@@ -431,8 +431,8 @@ TEST(Findings, OfOneTableDoNotHideThoseOfAnother) {
 
 TEST(Findings, OfARuinedTableAreCountedAndSomeAreKept) {
     Book book;
-    for (std::size_t n = 0; n < 8; ++n) {
-        const PageNumber page = book.DataPage(book.sampleDefinition_, n);
+    for (PageNumber page = 6; page < book.bytes.size() / kPage; ++page) {
+        if (*book.At(page) != std::byte{1} || U32(book.At(page, 4)) != book.sampleDefinition_) continue;
         for (unsigned slot = 0; slot < U16(book.At(page, 12)); ++slot)
             PutU16At(book.RowBytes(page, slot), 0);
     }

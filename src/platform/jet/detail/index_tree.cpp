@@ -217,6 +217,9 @@ IndexTree::Node IndexTree::ReadNode(PageNumber number) const {
     node.entries.reserve(ends.count + 1);
     for (std::size_t i = 0; i < ends.count; ++i)
         AppendEntry(page, ends, i, node.entries.emplace_back());
+    // A common beginning of the first and the last one is one of all only in this order.
+    if (!std::is_sorted(node.entries.begin(), node.entries.end()))
+        throw pager_->Damaged(number, "the entries of an index page are out of order");
     return node;
 }
 
@@ -225,7 +228,7 @@ struct Measure {
     std::size_t prefix = 0, size = 0;
 };
 /// Without a prefix where that fits; else with the longest one that the keys share.
-Measure MeasureEntries(const std::vector<std::string>& entries, bool leaf, std::size_t area) {
+Measure MeasureEntries(std::span<const std::string> entries, bool leaf, std::size_t area) {
     Measure measure;
     for (const std::string& entry : entries)
         measure.size += entry.size();
@@ -275,8 +278,16 @@ PageNumber IndexTree::NewPage() {
     return page;
 }
 
+void IndexTree::SetLink(PageNumber number, std::size_t at, PageNumber to) {
+    const std::byte* const page = pager_->Read(number);
+    if ((U8(page) != kIndexLeaf && U8(page) != kIndexNode) || U32(page + 4) != definition_)
+        throw pager_->Damaged(number, "a page of an index is linked with one that is none of it");
+    PutU32(pager_->Write(number) + at, to);
+}
+
 bool IndexTree::InsertInPlace(PageNumber number, const Ends& ends, std::size_t index,
                               std::string_view entry) {
+    if (ends.count == std::size(ends.at)) return false;
     const std::byte* const old = pager_->Read(number);
     const std::size_t used = ends.count == 0 ? 0 : ends.at[ends.count - 1];
     if (ends.prefix > 0) {
@@ -305,6 +316,10 @@ bool IndexTree::InsertInPlace(PageNumber number, const Ends& ends, std::size_t i
 }
 
 bool IndexTree::Insert(std::string_view entry) {
+    if (entry.size() + kChildSize > layout_->EntryArea()) {
+        throw Fault{fault::kUnsupported, "the values of an index are too long to be sorted: shorten them",
+                    Place{pager_->Path().string()}};
+    }
     std::vector<Step> path;
     const PageNumber leaf = Descend(entry, &path);
     Ends ends;
@@ -367,7 +382,25 @@ void IndexTree::SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& pat
         path = {Step{root_, 0}};
         page = moved;
     }
-    // The first part goes to a new page in front, so that the old page stays the last child where it was.
+    // Parts go to new pages in front, so that the old page stays the last child where it was. One part mostly
+    // suffices; but entries that shared a beginning take more room when one joins them that does not share
+    // it.
+    std::vector<std::string> parentEntries;
+    while (!Fits(node))
+        parentEntries.push_back(SplitFront(page, node, appended));
+    WriteNode(page, node);
+
+    const Step parentStep = path.back();
+    path.pop_back();
+    Node parent = ReadNode(parentStep.page);
+    const bool atEnd = parentStep.child >= parent.entries.size();
+    parent.entries.insert(parent.entries.begin() + static_cast<std::ptrdiff_t>(parentStep.child),
+                          std::make_move_iterator(parentEntries.begin()),
+                          std::make_move_iterator(parentEntries.end()));
+    SplitIfNeeded(parentStep.page, std::move(parent), path, appended && atEnd);
+}
+
+std::size_t IndexTree::CutOf(const Node& node, bool appended) const {
     std::size_t cut = node.entries.size() - 1;
     if (!appended) {
         std::size_t total = 0;
@@ -378,6 +411,16 @@ void IndexTree::SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& pat
             sum += node.entries[cut].size();
     }
     cut = std::clamp<std::size_t>(cut, 1, node.entries.size() - 1);
+    const std::span<const std::string> entries(node.entries);
+    const std::size_t area = layout_->EntryArea();
+    while (cut > 1 && MeasureEntries(entries.first(cut), node.leaf, area).size > area)
+        --cut;
+    return cut;
+}
+
+std::string IndexTree::SplitFront(PageNumber page, Node& node, bool appended) {
+    if (node.entries.size() < 2) throw pager_->Damaged(page, "an entry of an index does not fit its page");
+    const std::size_t cut = CutOf(node, appended);
     const PageNumber added = NewPage();
     Node front;
     front.leaf = node.leaf;
@@ -388,7 +431,9 @@ void IndexTree::SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& pat
     front.entries.assign(std::make_move_iterator(node.entries.begin()), std::make_move_iterator(middle));
     node.entries.erase(node.entries.begin(), middle);
     node.previous = added;
+    if (!Fits(front)) throw pager_->Damaged(page, "an entry of an index does not fit its page");
     std::string parentEntry = node.leaf ? front.entries.back() : WithoutChild(front.entries.back());
+    AppendChild(parentEntry, added);
     if (!node.leaf) {
         CutSiblingLinks(front, node);
         if (front.entries.size() > 1) {
@@ -396,27 +441,17 @@ void IndexTree::SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& pat
             front.entries.pop_back();
         }
     }
-    if (front.previous != 0) PutU32(pager_->Write(front.previous) + layout_->nextAt, added);
+    if (front.previous != 0) SetLink(front.previous, layout_->nextAt, added);
     WriteNode(added, front);
-    WriteNode(page, node);
-
-    const Step parentStep = path.back();
-    path.pop_back();
-    Node parent = ReadNode(parentStep.page);
-    AppendChild(parentEntry, added);
-    const bool atEnd = parentStep.child >= parent.entries.size();
-    parent.entries.insert(parent.entries.begin() + static_cast<std::ptrdiff_t>(parentStep.child),
-                          std::move(parentEntry));
-    SplitIfNeeded(parentStep.page, std::move(parent), path, appended && atEnd);
+    return parentEntry;
 }
 
 void IndexTree::CutSiblingLinks(const Node& left, const Node& right) {
     // Nodes are linked with the children of their own parent only.
     const PageNumber before = ChildOf(left.entries.back());
     const PageNumber behind = right.entries.empty() ? right.tail : ChildOf(right.entries.front());
-    if (U8(pager_->Read(before)) == kIndexNode) PutU32(pager_->Write(before) + layout_->nextAt, 0);
-    if (behind != 0 && U8(pager_->Read(behind)) == kIndexNode)
-        PutU32(pager_->Write(behind) + layout_->previousAt, 0);
+    if (U8(pager_->Read(before)) == kIndexNode) SetLink(before, layout_->nextAt, 0);
+    if (behind != 0 && U8(pager_->Read(behind)) == kIndexNode) SetLink(behind, layout_->previousAt, 0);
 }
 
 void IndexTree::ReplaceChildKey(std::vector<Step> path, std::string_view lastEntry) {
@@ -462,8 +497,8 @@ bool IndexTree::Remove(std::string_view entry) {
     WriteNode(leaf, node);
     if (node.entries.empty()) {
         if (leaf == root_) return true;
-        if (node.previous != 0) PutU32(pager_->Write(node.previous) + layout_->nextAt, node.next);
-        if (node.next != 0) PutU32(pager_->Write(node.next) + layout_->previousAt, node.previous);
+        if (node.previous != 0) SetLink(node.previous, layout_->nextAt, node.next);
+        if (node.next != 0) SetLink(node.next, layout_->previousAt, node.previous);
         RemoveChild(std::move(path));
         owned_.Remove(leaf);
         allocator_->Free(leaf, 0);
@@ -493,8 +528,8 @@ void IndexTree::RemoveChild(std::vector<Step> path) {
             FormatLeaf(*pager_, root_, definition_);
             return;
         }
-        if (node.previous != 0) PutU32(pager_->Write(node.previous) + layout_->nextAt, node.next);
-        if (node.next != 0) PutU32(pager_->Write(node.next) + layout_->previousAt, node.previous);
+        if (node.previous != 0) SetLink(node.previous, layout_->nextAt, node.next);
+        if (node.next != 0) SetLink(node.next, layout_->previousAt, node.previous);
         RemoveChild(std::move(path));
         owned_.Remove(step.page);
         allocator_->Free(step.page, 0);
@@ -514,10 +549,9 @@ void IndexTree::RemoveChild(std::vector<Step> path) {
 std::string IndexTree::LastEntryUnder(PageNumber page) const {
     for (std::size_t depth = 0; depth < kMaxDepth; ++depth) {
         const Node node = ReadNode(page);
-        if (node.leaf) {
-            if (node.entries.empty()) throw pager_->Damaged(page, "an index has an empty leaf");
-            return node.entries.back();
-        }
+        if (node.entries.empty() && (node.leaf || node.tail == 0))
+            throw pager_->Damaged(page, "a page of an index is empty");
+        if (node.leaf) return node.entries.back();
         page = node.tail != 0 ? node.tail : ChildOf(node.entries.back());
     }
     throw pager_->Damaged(page, "the pages of an index run in a circle");

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -75,8 +76,17 @@ class IndexTree {
     [[nodiscard]] bool Fits(const Node& node) const;
     bool InsertInPlace(PageNumber page, const Ends& ends, std::size_t index, std::string_view entry);
     void SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& path, bool appended);
+    /// Moves the first entries of a page that is too full to a new page in front of it; returns the entry for
+    /// the parent.
+    std::string SplitFront(PageNumber page, Node& node, bool appended);
+    /// How many entries such a page gives away: about half of them, or all but the last when it grows at its
+    /// end.
+    [[nodiscard]] std::size_t CutOf(const Node& node, bool appended) const;
     void ReplaceChildKey(std::vector<Step> path, std::string_view lastEntry);
     void RemoveChild(std::vector<Step> path);
+    /// Sets the link of a page to a neighbour, at nextAt or previousAt. Fault 3049: it is no page of this
+    /// table's indexes, and would be destroyed.
+    void SetLink(PageNumber page, std::size_t at, PageNumber to);
     void CutSiblingLinks(const Node& left, const Node& right);
     [[nodiscard]] std::string LastEntryUnder(PageNumber page) const;
     [[nodiscard]] PageNumber NewPage();

@@ -47,6 +47,8 @@ RowPointer StorePiece(Pager& pager, PageAllocator& allocator, UsageMap owned, Us
     for (auto page = candidates.rbegin(); page != candidates.rend() && page - candidates.rbegin() < 8;
          ++page) {
         CheckDataPage(pager, *page);
+        if (U32(pager.Read(*page) + 4) != kLongValueOwner)
+            throw pager.Damaged(*page, "a page of long values is expected here");
         if (!HasRoom(pager, *page, piece.size())) continue;
         const unsigned slot = AppendRow(pager, *page, piece);
         if (FreeBytes(pager, *page) < kWorthTrying) free.Remove(*page);
@@ -83,6 +85,9 @@ std::vector<std::byte> ReadLongValue(Pager& pager, PageNumber rowPage, std::span
             }
             auto piece = Piece(pager, row);
             if (piece.size() <= 4) throw pager.Damaged(row.Page(), "a long value has an empty piece");
+            // A circle is noticed before it fills the memory: no value is larger than its file.
+            if (data.size() > std::size_t{pager.PageCount()} * pager.PageSize())
+                throw pager.Damaged(row.Page(), "a long value runs in a circle");
             const RowPointer next{U32(piece.data())};
             piece = piece.subspan(4);
             const std::size_t take = std::min(piece.size(), header.length - data.size());

@@ -62,6 +62,10 @@ void TableStore::Reload() {
         if (type == 0 || type > 0x10 || type == 0x0D || type == 0x0E) {
             writeRefusal_ = "its column " + column.name + " has a type that cannot be written";
         }
+        if (IsLong(column) && column.fixedLength)
+            writeRefusal_ = "its column " + column.name + " keeps long values in a way that is not known";
+        if (const std::size_t size = FixedSize(column.type); size != 0 && column.byteLength != size)
+            writeRefusal_ = "its column " + column.name + " has a length that its type does not have";
         if (text::EqualsNoCase(column.name, "s_Generation") || text::EqualsNoCase(column.name, "s_Lineage")) {
             writeRefusal_ = "it is replicated";
         }

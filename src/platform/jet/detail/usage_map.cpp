@@ -295,6 +295,8 @@ void PageAllocator::ConvertToReference() {
     const std::vector<std::byte> old(bytes.begin(), bytes.end());
     const PageNumber start = U32(old.data() + 1);
     const PageNumber count = pager_.PageCount();
+    if ((old.size() - 1) / 4 * std::size_t{perBitPage} < count)
+        throw pager_.Damaged(1, "the map of free pages is too short for the file");
     std::byte* map = WritableMap(pager_, kGlobalMap);
     std::memset(map, 0, old.size());
     PutU8(map, kReference);

@@ -6,7 +6,7 @@
 #include "cli/table.h"
 #include "cli/values.h"
 #include "platform/jet/compact.h"
-#include "platform/text/number.h"
+#include "platform/jet/convert.h"
 
 namespace zenvora::cli {
 

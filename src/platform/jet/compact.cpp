@@ -2,108 +2,21 @@
 
 #include <algorithm>
 
-#include "platform/files/whole_file.h"
-#include "platform/jet/detail/store.h"
-#include "platform/jet/verify.h"
+#include "platform/fault.h"
+#include "platform/jet/detail/rewrite_file.h"
 
 namespace zenvora::jet {
 
 namespace {
-constexpr int kMostLeftovers = 1000;
-
 Place At(const std::filesystem::path& path) {
     Place place;
     place.file = path.string();
     return place;
 }
-
-/// The file that a link leads to, so that the link itself stays.
-std::filesystem::path Target(const std::filesystem::path& path) {
-    std::error_code error;
-    if (!std::filesystem::is_symlink(path, error)) return path;
-    const auto target = std::filesystem::canonical(path, error);
-    return error ? path : target;
-}
-
-void RemoveQuietly(const std::filesystem::path& path, files::HostDisk& disk) {
-    try {
-        disk.Remove(path);
-    } catch (const Fault&) {  // NOLINT(bugprone-empty-catch): the first fault is the one to tell
-    }
-}
-
-/// Copies into a new file beside `path` under a name that nobody uses, which is returned.
-std::filesystem::path CopyBeside(Database& source, const std::filesystem::path& path, text::Date now,
-                                 files::HostDisk& disk, CopyReport& report) {
-    for (int n = 0;; ++n) {
-        std::filesystem::path beside = path;
-        beside += ".new" + std::to_string(n);
-        try {
-            if (disk.Exists(beside)) {
-                // A crash may have left some behind.
-                if (n < kMostLeftovers) continue;
-                throw Fault{fault::kFileExists, "the file is there already: remove it", At(beside)};
-            }
-            report = CopyDatabase(source, beside, now, disk);
-            return beside;
-        } catch (const Fault& fault) {
-            if (fault.number != fault::kFileExists) RemoveQuietly(beside, disk);
-            throw;
-        } catch (...) {
-            RemoveQuietly(beside, disk);
-            throw;
-        }
-    }
-}
-
-std::uint64_t SizeOf(const std::filesystem::path& path, files::HostDisk& disk) {
-    return disk.Open(path, files::OpenMode::ReadOnly)->Size();
-}
-
-RewriteReport Rewrite(Database& source, const std::filesystem::path& path, text::Date now,
-                      files::HostDisk& disk) {
-    RewriteReport report;
-    report.bytesBefore = SizeOf(path, disk);
-    const std::filesystem::path beside = CopyBeside(source, path, now, disk, report.contents);
-    try {
-        {
-            const auto copy = Database::Open(beside, Database::Access::ReadOnly, disk);
-            CompareCopy(source, *copy);
-        }
-        if (const VerifyReport check = Verify(beside, disk); !check.Sound()) {
-            const auto first = std::find_if(
-                check.findings.begin(), check.findings.end(),
-                [](const VerifyFinding& each) { return each.severity == VerifyFinding::Severity::Error; });
-            throw Fault{fault::kDamaged,
-                        "the new file is not sound" +
-                            (first == check.findings.end() ? std::string() : " (" + first->sentence + ")") +
-                            ": it was thrown away, and the file stands as it stood",
-                        At(path)};
-        }
-        report.bytesAfter = SizeOf(beside, disk);
-        std::error_code ignored;  // a disk without permissions is no reason to refuse
-        const auto status = std::filesystem::status(path, ignored);
-        if (!ignored) std::filesystem::permissions(beside, status.permissions(), ignored);
-        // A copy rather than a rename: the file itself is never away, whenever the program stops.
-        report.backup = files::BakPath(path);
-        files::CopyWholeFile(path, report.backup, files::Replaced::Gone, disk);
-        disk.Rename(beside, path);
-    } catch (...) {
-        RemoveQuietly(beside, disk);
-        throw;
-    }
-    try {
-        disk.SyncFolder(path.parent_path());
-    } catch (const Fault&) {
-        // The new file stands in its place. Should a power cut bring the old one back, nothing is lost
-        // either.
-    }
-    return report;
-}
 }  // namespace
 
 RewriteReport Compact(const std::filesystem::path& path, text::Date now, files::HostDisk& disk) {
-    const std::filesystem::path target = Target(path);
+    const std::filesystem::path target = detail::BehindLink(path);
     // Open for writing to the end: nobody else changes the file meanwhile.
     const auto source = Database::Open(target, Database::Access::ReadWrite, disk);
     if (const std::vector<std::string> objects = ObjectsNotCarried(*source); !objects.empty()) {
@@ -117,18 +30,7 @@ RewriteReport Compact(const std::filesystem::path& path, text::Date now, files::
                         "): compact it in Access, or remove these objects there first. Nothing was changed",
                     At(path)};
     }
-    return Rewrite(*source, target, now, disk);
-}
-
-RewriteReport Convert(const std::filesystem::path& path, text::Date now, files::HostDisk& disk) {
-    const std::filesystem::path target = Target(path);
-    const auto source = Database::Open(target, Database::Access::ReadOnly, disk);
-    if (detail::StoreOf(*source).Pages().Format().version == detail::kJet4.version) {
-        throw Fault{fault::kUnsupported,
-                    "the file is in the format of Access 2000 to 2003 already: there is nothing to convert",
-                    At(path)};
-    }
-    return Rewrite(*source, target, now, disk);
+    return detail::Rewrite(*source, target, now, disk);
 }
 
 }  // namespace zenvora::jet

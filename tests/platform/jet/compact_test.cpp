@@ -5,7 +5,6 @@
 #include "access97_file.h"
 #include "platform/fault.h"
 #include "platform/jet/verify.h"
-#include "sample_files.h"
 #include "sample_table.h"
 #include "support/crash_disk.h"
 #include "support/temp_folder.h"
@@ -85,19 +84,6 @@ std::map<std::string, std::vector<std::vector<std::string>>> Contents(files::Hos
                                                                       const std::filesystem::path& path) {
     const auto database = Database::Open(path, Database::Access::ReadOnly, disk);
     return ContentsOf(*database);
-}
-
-/// The bytes of the property blob of an object.
-std::string Properties(Database& database, const std::string& name) {
-    const Table& catalog = database.OpenTable("MSysObjects");
-    std::string text = "no such object";
-    catalog.Scan([&](const RowView& view) {
-        std::string object;
-        view.AppendText(catalog.Definition().FindColumn("Name").value(), object);
-        if (object == name) text = ValueText(view.Get(catalog.Definition().FindColumn("LvProp").value()));
-        return true;
-    });
-    return text;
 }
 
 Fault CompactFault(files::HostDisk& disk, const std::filesystem::path& path) {
@@ -194,12 +180,12 @@ TEST(Compact, KeepsPropertiesByteForByte) {
     std::string before;
     {
         const auto database = Database::Open("b.mdb", Database::Access::ReadOnly, disk);
-        before = Properties(*database, "Numbered");
+        before = testing_support::PropertiesOf(*database, "Numbered");
         EXPECT_FALSE(before.empty());
     }
     Compact("b.mdb", kNow, disk);
     const auto database = Database::Open("b.mdb", Database::Access::ReadOnly, disk);
-    EXPECT_EQ(Properties(*database, "Numbered"), before);
+    EXPECT_EQ(testing_support::PropertiesOf(*database, "Numbered"), before);
 }
 
 TEST(Compact, LeavesAFileThatTakesNewRows) {
@@ -330,155 +316,12 @@ TEST_P(CompactCrash, LeavesTheOldFileOrTheNewOne) {
     EXPECT_LT(n, 10000);
 }
 
-// ---------------------------------------------------------------- Access 97
-
-TEST(Convert, BringsEveryValueIntoTheNewerFormat) {
-    MemoryDisk disk;
-    disk.Put("old.mdb", std::move(testing_support::SampleFile97().Bytes()));
-    const auto original = disk.Content("old.mdb");
-    std::map<std::string, std::vector<std::vector<std::string>>> before;
-    {
-        const auto database = Database::Open("old.mdb", Database::Access::ReadOnly, disk);
-        before = ContentsOf(*database, false);
-    }
-    const RewriteReport report = Convert("old.mdb", kNow, disk);
-    EXPECT_EQ(report.backup, "old.mdb.bak");
-    EXPECT_EQ(disk.Content("old.mdb.bak"), original);
-    ASSERT_EQ(report.contents.tables.size(), 1U);
-    EXPECT_EQ(report.contents.tables[0].name, "Sales");
-    EXPECT_EQ(report.contents.tables[0].rows, 4U);
-    const auto database = Database::Open("old.mdb", Database::Access::ReadWrite, disk);
-    EXPECT_EQ(ContentsOf(*database, false), before);
-    Table& sales = database->OpenTable("Sales");
-    EXPECT_TRUE(testing_support::IndexesNameEachRow(sales));
-    EXPECT_TRUE(sales.Definition().columns[2].properties.required);
-    EXPECT_EQ(sales.Definition().columns[2].name, "Pri\xC3\xA9");
-    // CHAR(4): two bytes a character now.
-    EXPECT_EQ(sales.Definition().columns[4].byteLength, 8);
-    EXPECT_TRUE(sales.Definition().columns[4].fixedLength);
-    EXPECT_TRUE(Verify("old.mdb", disk).Sound());
-}
-
-TEST(Convert, LeavesAFileThatCanBeWritten) {
-    MemoryDisk disk;
-    disk.Put("old.mdb", std::move(testing_support::SampleFile97().Bytes()));
-    Convert("old.mdb", kNow, disk);
-    {
-        const auto database = Database::Open("old.mdb", Database::Access::ReadWrite, disk);
-        Table& sales = database->OpenTable("Sales");
-        std::vector<Value> row(sales.Definition().columns.size());
-        row[0] = "99 New St";
-        row[1] = std::string(5000, 's');
-        row[2] = 1.5;
-        row[4] = "XY";
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            if (sales.Definition().columns[i].type == ColumnType::Boolean) row[i] = true;
-        }
-        sales.Insert(row);
-    }
-    EXPECT_TRUE(Verify("old.mdb", disk).Sound());
-}
-
-TEST(Convert, RefusesWhatIsInTheNewerFormatAlready) {
-    MemoryDisk disk;
-    MakeBook(disk, "b.mdb", 3);
-    const auto before = disk.Content("b.mdb");
-    try {
-        Convert("b.mdb", kNow, disk);
-        ADD_FAILURE() << "converted";
-    } catch (const Fault& fault) {
-        EXPECT_EQ(fault.number, fault::kUnsupported);
-        EXPECT_EQ(fault.place.file, "b.mdb");
-    }
-    EXPECT_EQ(disk.Content("b.mdb"), before);
-    EXPECT_FALSE(disk.Exists("b.mdb.bak"));
-}
-
-TEST(Convert, IsWhatAFileOfAccess97NeedsBeforeCompaction) {
+TEST(Compact, SendsAFileOfAccess97ToConversion) {
     MemoryDisk disk;
     disk.Put("old.mdb", std::move(testing_support::SampleFile97().Bytes()));
     const Fault fault = CompactFault(disk, "old.mdb");
     EXPECT_EQ(fault.number, fault::kUnsupported);
     EXPECT_NE(fault.description.find("convert"), std::string::npos) << fault.description;
-}
-
-// ---------------------------------------------------------------- real files
-
-std::vector<std::string> NamesOrNone() {
-    std::vector<std::string> names = testing_support::SampleNames();
-    if (names.empty()) names.emplace_back();
-    return names;
-}
-
-class RewrittenSamples : public testing::TestWithParam<std::string> {
-  protected:
-    void SetUp() override {
-        if (GetParam().empty()) GTEST_SKIP() << "ZENVORA_JET_SAMPLES names no folder: no real file was read";
-        testing_support::CopySample(GetParam(), path_);
-    }
-
-    /// What other programs say of the file; those that are not there are passed over.
-    void CheckWithOthers() const {
-        if (const char* checker = std::getenv("ZENVORA_MDBCHECK")) {
-            const auto result = testing_support::RunCommand("python3 '" + std::string(checker) + "' '" +
-                                                            path_.string() + "'");
-            EXPECT_EQ(result.status, 0) << result.output;
-        }
-        if (testing_support::RunCommand("command -v mdb-export").status != 0) return;
-        const auto database = Database::Open(path_, Database::Access::ReadOnly);
-        for (const std::string& name : database->TableNames()) {
-            std::size_t rows = 0;
-            database->OpenTable(name).Scan([&](const RowView&) {
-                ++rows;
-                return true;
-            });
-            const auto result =
-                testing_support::RunCommand("mdb-count '" + path_.string() + "' '" + name + "'");
-            EXPECT_EQ(result.output, std::to_string(rows) + "\n") << name;
-        }
-    }
-
-    TempFolder folder_;
-    std::filesystem::path path_ = folder_ / "sample.mdb";
-};
-
-INSTANTIATE_TEST_SUITE_P(Files, RewrittenSamples, testing::ValuesIn(NamesOrNone()), [](const auto& info) {
-    std::string name = info.param.empty() ? "none" : info.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
-
-TEST_P(RewrittenSamples, HoldWhatTheyHeldBefore) {
-    const bool old = GetParam().starts_with("a97");
-    std::map<std::string, std::vector<std::vector<std::string>>> before;
-    std::map<std::string, std::string> properties;
-    {
-        const auto database = Database::Open(path_, Database::Access::ReadOnly);
-        before = ContentsOf(*database, !old);
-        for (const std::string& name : database->TableNames())
-            properties[name] = Properties(*database, name);
-    }
-    const std::string original = folder_.Read("sample.mdb");
-    if (GetParam() == "a2003-unicode-memo") {
-        // It has an index over Japanese texts, whose keys cannot be built.
-        EXPECT_EQ(CompactFault(files::SystemDisk(), path_).number, fault::kUnsupported);
-        EXPECT_EQ(folder_.Read("sample.mdb"), original);
-        EXPECT_FALSE(std::filesystem::exists(folder_ / "sample.mdb.bak"));
-        return;
-    }
-    const RewriteReport report = old ? Convert(path_, kNow) : Compact(path_, kNow);
-    EXPECT_EQ(folder_.Read("sample.mdb.bak"), original);
-    EXPECT_EQ(report.contents.tables.size(), before.size());
-    {
-        const auto database = Database::Open(path_, Database::Access::ReadOnly);
-        EXPECT_EQ(ContentsOf(*database, !old), before);
-        for (const auto& [name, bytes] : properties) {
-            if (!old) {
-                EXPECT_EQ(Properties(*database, name), bytes);
-            }
-        }
-    }
-    CheckWithOthers();
 }
 
 }  // namespace

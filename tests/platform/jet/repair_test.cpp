@@ -324,17 +324,17 @@ TEST_F(RepairTest, SavesTheFirstOfTwoRowsWithTheSameKey) {
     auto& bytes = disk_.Content("b.mdb");
     const std::string_view key = "K0202";
     const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(at);
-    const auto found =
-        std::search(begin, begin + kPage, key.begin(), key.end(),
-                    [](std::byte byte, char c) { return static_cast<char>(byte) == c; });
+    const auto found = std::search(begin, begin + kPage, key.begin(), key.end(),
+                                   [](std::byte byte, char c) { return static_cast<char>(byte) == c; });
     ASSERT_NE(found, begin + kPage);
     found[4] = std::byte{'1'};  // K0201, which is there already
     const RepairReport report = Save();
     Rows expected = rows_;
     expected.erase("K0202");
     EXPECT_EQ(Saved(), expected);
-    EXPECT_EQ(Sentences(report), "COMPS," + std::to_string(row.page) + "," + std::to_string(row.slot) +
-                                     ",a record is lost: a record with the key \"K0201\" was saved already\n");
+    EXPECT_EQ(Sentences(report),
+              "COMPS," + std::to_string(row.page) + "," + std::to_string(row.slot) +
+                  ",a record is lost: a record with the key \"K0201\" was saved already\n");
     EXPECT_EQ(report.tables[0].rowsLost, 1U);
 }
 
@@ -344,7 +344,8 @@ TEST_F(RepairTest, SavesMovedRowsWhoseHomeIsGone) {
         const auto database = Database::Open("b.mdb", Database::Access::ReadWrite, disk_);
         // Too long for what is free at home: the row moves.
         database->OpenTable("COMPS").Update(
-            home, std::vector<Value>{KeyOf(11) + std::string(45, 'x'), std::int32_t{11}, std::string(60, '\xC4')});
+            home,
+            std::vector<Value>{KeyOf(11) + std::string(45, 'x'), std::int32_t{11}, std::string(60, '\xC4')});
     }
     ASSERT_EQ(detail::U16(Page(home.page) + 14 + 2 * std::size_t{home.slot}) & 0xC000, 0x4000);
     Zero(home.page);
@@ -360,7 +361,8 @@ TEST_F(RepairTest, LosesMovedRowsWhoseTargetIsGone) {
     {
         const auto database = Database::Open("b.mdb", Database::Access::ReadWrite, disk_);
         database->OpenTable("COMPS").Update(
-            home, std::vector<Value>{KeyOf(11) + std::string(45, 'x'), std::int32_t{11}, std::string(60, '\xC4')});
+            home,
+            std::vector<Value>{KeyOf(11) + std::string(45, 'x'), std::int32_t{11}, std::string(60, '\xC4')});
     }
     const std::size_t begin = detail::U16(Page(home.page) + 14 + 2 * std::size_t{home.slot}) & 0x1FFFU;
     detail::PutU32(Page(home.page) + begin, home.page << 8 | home.slot);  // to itself
@@ -401,7 +403,8 @@ TEST_F(RepairTest, LeavesOutAnIndexThatCannotBeBuiltAndKeepsTheRows) {
     const RepairReport report = Save();
     EXPECT_EQ(Saved().size(), rows_.size());
     EXPECT_EQ(report.losses, 1U) << Sentences(report);
-    EXPECT_NE(Sentences(report).find("the index PrimaryKey was left out"), std::string::npos) << Sentences(report);
+    EXPECT_NE(Sentences(report).find("the index PrimaryKey was left out"), std::string::npos)
+        << Sentences(report);
     const auto after = Database::Open("new.mdb", Database::Access::ReadOnly, disk_);
     EXPECT_EQ(after->OpenTable("COMPS").Definition().indexes.size(), 1U);
 }

@@ -84,6 +84,19 @@ inline std::map<std::string, std::vector<std::vector<std::string>>> ContentsOf(D
     return contents;
 }
 
+/// The bytes of the property blob of an object.
+inline std::string PropertiesOf(Database& database, const std::string& name) {
+    const Table& catalog = database.OpenTable("MSysObjects");
+    std::string text = "no such object";
+    catalog.Scan([&](const RowView& view) {
+        std::string object;
+        view.AppendText(catalog.Definition().FindColumn("Name").value(), object);
+        if (object == name) text = ValueText(view.Get(catalog.Definition().FindColumn("LvProp").value()));
+        return true;
+    });
+    return text;
+}
+
 /// That the row identities of each index are those of the rows, each once.
 inline bool IndexesNameEachRow(const Table& table) {
     std::vector<RowId> rows;

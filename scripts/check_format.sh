@@ -9,7 +9,7 @@ if [ "$version" != 14 ]; then
     echo "clang-format 14 decides about the layout, and this is $version: not checked"
     exit 77
 fi
-mapfile -t files < <(find src tests bench -name '*.h' -o -name '*.cpp' 2>/dev/null | sort)
+mapfile -t files < <(find src tests bench fuzz -name '*.h' -o -name '*.cpp' 2>/dev/null | sort)
 if [ ${#files[@]} -eq 0 ]; then
     echo "no C++ file under $PWD: nothing was checked" >&2
     exit 1

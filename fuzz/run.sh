@@ -31,6 +31,9 @@ if [ -d "${ZENVORA_JET_SAMPLES:-}" ]; then
     find "$ZENVORA_JET_SAMPLES" -name '*.mdb' -size -200k -exec cp {} "$seeds/jet/" \;
 fi
 
+# A fixed seed: whether a change passes must not hang on chance. ZENVORA_FUZZ_SEED=0 explores elsewhere each time.
+seed=${ZENVORA_FUZZ_SEED:-1}
+
 failed=0
 executions=0
 for target in "${targets[@]}"; do
@@ -41,7 +44,7 @@ for target in "${targets[@]}"; do
     [ ! -d "fuzz/corpus/regressions/$kind" ] || folders+=("fuzz/corpus/regressions/$kind")
     log=build/fuzz/$name.log
     status=0
-    "$programs/fuzz_$name" -max_total_time=$(((seconds * share + 99) / 100)) -timeout=10 -rss_limit_mb=2048 \
+    "$programs/fuzz_$name" -max_total_time=$(((seconds * share + 99) / 100)) -seed="$seed" -timeout=10 -rss_limit_mb=2048 \
         -malloc_limit_mb=512 -max_len=200000 -print_final_stats=1 -artifact_prefix="$found/$name-" \
         "${folders[@]}" >"$log" 2>&1 || status=$?
     count=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")

@@ -271,7 +271,7 @@ std::multiset<std::string> RowTexts(Store& store, const std::vector<CatalogObjec
         }
         std::string row;
         for (const auto& [column, value] : values)
-            row += column + "=" + value + "\n";
+            row.append(column).append("=").append(value).append("\n");
         rows.insert(std::move(row));
         return true;
     });

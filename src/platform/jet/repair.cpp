@@ -378,8 +378,8 @@ class Repairer {
             try {
                 outcome = writer.Add(fields);
             } catch (const Fault& fault) {
-                if (fault.number == fault::kUnsupported)
-                    throw IndexFailure{found.page, kept[writer.FailedIndex()], fault.description};
+                if (const auto index = writer.FailedIndex(); index && fault.number == fault::kUnsupported)
+                    throw IndexFailure{found.page, kept[*index], fault.description};
                 if (fault.number != fault::kRecordTooLarge) throw;
                 listener.lost(page, row, fault.description);
                 return;

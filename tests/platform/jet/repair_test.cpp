@@ -10,6 +10,7 @@
 #include "platform/jet/verify.h"
 #include "sample_files.h"
 #include "sample_table.h"
+#include "support/crash_disk.h"
 #include "support/temp_folder.h"
 #include "table_contents.h"
 
@@ -20,6 +21,7 @@ using testing_support::ColumnOf;
 using testing_support::kNow;
 using testing_support::MemoryDisk;
 using testing_support::TextColumn;
+using zenvora::testing_support::CrashDisk;
 using zenvora::testing_support::TempFolder;
 
 constexpr std::size_t kPage = 4096;
@@ -461,6 +463,27 @@ TEST_F(RepairTest, ReplacesNoFile) {
         EXPECT_EQ(fault.number, fault::kFileExists);
     }
     EXPECT_EQ(disk_.Content("new.mdb").size(), 3U);
+}
+
+TEST_F(RepairTest, LeavesNothingWhenTheDiskFails) {
+    CrashDisk disk;
+    disk.Open("b.mdb", files::OpenMode::CreateNew)->WriteAt(0, disk_.Content("b.mdb"));
+    long n = 1;
+    for (; n < 1000; ++n) {
+        SCOPED_TRACE(n);
+        CrashDisk again = disk;
+        again.FailAt(n, CrashDisk::Failure::Error);
+        try {
+            static_cast<void>(Repair("b.mdb", "new.mdb", kNow, again));
+        } catch (const Fault&) {
+            ASSERT_FALSE(again.Exists("new.mdb"));
+            continue;
+        }
+        ASSERT_FALSE(again.Failed());
+        break;
+    }
+    EXPECT_GT(n, 3);
+    EXPECT_LT(n, 1000);
 }
 
 TEST_F(RepairTest, MakesASoundFileOfWhateverDamage) {

@@ -48,7 +48,6 @@ TableWriter::Outcome TableWriter::MakeKeys(const StoredFields& fields) {
         std::string& key = keys_[i];
         key.clear();
         bool allNull = true;
-        failedIndex_ = i;
         for (std::size_t k = 0; k < definition.columns.size(); ++k) {
             const std::size_t position = keyPositions_[i][k];
             const ColumnDefinition& column = stored_.table.columns[position];
@@ -67,7 +66,9 @@ TableWriter::Outcome TableWriter::MakeKeys(const StoredFields& fields) {
             const bool null = IsNull(value);
             if (null && (definition.required || definition.primaryKey)) return {Refusal::NullKey, i};
             allNull = allNull && null;
+            failedIndex_ = i;
             AppendKey(column, value, definition.columns[k].ascending, key);
+            failedIndex_.reset();
         }
         if (allNull && definition.ignoreNulls) key.clear();
         if (key.empty() || allNull || !(definition.unique || definition.primaryKey)) continue;

@@ -30,7 +30,7 @@ class TableWriter {
     };
     /// Faults: 20001 (a key text without a place in the sort order; `FailedIndex` tells where), 3047.
     Outcome Add(const StoredFields& fields);
-    [[nodiscard]] std::size_t FailedIndex() const noexcept { return failedIndex_; }
+    [[nodiscard]] std::optional<std::size_t> FailedIndex() const noexcept { return failedIndex_; }
     [[nodiscard]] std::uint32_t Rows() const noexcept { return rows_; }
     /// Bytes of rows and long values since the last call: when to commit.
     [[nodiscard]] std::size_t TakeWrittenBytes() noexcept { return std::exchange(written_, 0); }
@@ -57,8 +57,8 @@ class TableWriter {
     std::span<const std::byte> row_;
     std::vector<std::string> keys_;
     std::vector<std::uint32_t> entries_, distinct_;
-    std::size_t failedIndex_ = 0;
-    PageNumber current_ = 0;  ///< where rows go; 0: nowhere yet
+    std::optional<std::size_t> failedIndex_;  ///< set while its key is being built
+    PageNumber current_ = 0;                  ///< where rows go; 0: nowhere yet
     std::uint32_t rows_ = 0, largest_ = 0;
     std::size_t written_ = 0;
 };

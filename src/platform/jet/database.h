@@ -38,7 +38,10 @@ class TableStore;
 struct RowId {
     std::uint32_t page = 0;
     std::uint8_t slot = 0;
-    friend auto operator<=>(const RowId&, const RowId&) = default;
+    friend bool operator==(const RowId&, const RowId&) = default;
+    friend bool operator<(const RowId& a, const RowId& b) noexcept {
+        return a.page != b.page ? a.page < b.page : a.slot < b.slot;
+    }
 };
 
 /// One row during a scan: values are decoded when asked for. Valid until the next step of the scan or any

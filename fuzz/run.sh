@@ -16,11 +16,12 @@ if ! command -v clang++ >/dev/null ||
     say "no clang with libFuzzer here: nothing was fuzzed"
     exit 77
 fi
-build fuzz
 
 # Three quarters of the time for the targets over .mdb files: name, kind of seeds, share of the time in percent.
 targets=("jet_open jet 25" "jet_verify jet 25" "jet_write jet 30"
     "delimited delimited 5" "xml xml 5" "map map 5" "sql sql 5")
+names=("${targets[@]%% *}")
+build fuzz fuzz_seeds "${names[@]/#/fuzz_}"
 programs=build/fuzz/fuzz
 seeds=build/fuzz/seeds
 found=build/fuzz/found

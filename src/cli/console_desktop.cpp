@@ -53,11 +53,15 @@ void ConsoleDesktop::Progress(long done, long total) {
     constexpr long kBarLength = 40;
 
     if (!options_.drawProgress || options_.quiet || total <= 0) return;
+    if (done >= total) {
+        EndProgress();  // results may follow on the same terminal
+        return;
+    }
     const auto now = stopwatch_();
     if (start_.count() < 0) start_ = now;
     if (now - start_ < kPatience || (lineLength_ > 0 && now - drawn_ < kBetweenFrames)) return;
     drawn_ = now;
-    const double share = static_cast<double>(std::clamp(done, 0L, total)) / static_cast<double>(total);
+    const double share = static_cast<double>(std::max(done, 0L)) / static_cast<double>(total);
     const auto filled = static_cast<std::size_t>(share * kBarLength);
     std::string line = "[" + std::string(filled, '#') + std::string(kBarLength - filled, ' ') + "] " +
                        text::IntegerText(done) + " of " + text::IntegerText(total);

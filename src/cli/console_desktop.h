@@ -26,7 +26,7 @@ class ConsoleDesktop final : public controls::Desktop {
     controls::Answer Show(const controls::MessageBox& message) override;
     std::string Choose(const controls::FileDialog& dialog) override;
     void SetHourglass(bool on) override;
-    /// Draws a bar once the work has lasted half a second.
+    /// Draws a bar once the work has lasted half a second, and wipes it off when all is done.
     void Progress(long done, long total) override;
 
     /// Wipes the bar off the line; to be called before anything else is printed.

@@ -61,7 +61,7 @@ TEST(Progress, IsDrawnAfterHalfASecondAndWipedAtTheEnd) {
     desktop.Progress(50, 100);
     const std::string bar = "\r[" + std::string(20, '#') + std::string(20, ' ') + "] 50 of 100";
     EXPECT_EQ(err.str(), bar);
-    desktop.EndProgress();
+    desktop.Progress(100, 100);
     EXPECT_EQ(err.str(), bar + "\r" + std::string(bar.size() - 1, ' ') + "\r");
 }
 

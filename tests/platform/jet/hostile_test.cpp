@@ -222,5 +222,26 @@ TEST_F(Hostile, AColumnShorterThanItsType) {
     EXPECT_EQ(FaultOf([](Table& table) { table.Insert(std::vector<Value>{1.5}); }), fault::kUnsupported);
 }
 
+TEST_F(Hostile, ACatalogThatForgetsItsRows) {
+    Load(SmallBook(1, 10));
+    // The map of the catalog's pages, row 0 of page 6, no longer lists page 14; the map of those with room
+    // does.
+    std::byte& bits = *At(6, kPage - 69 + 5 + 1);
+    ASSERT_EQ(bits & std::byte{0x40}, std::byte{0x40});
+    bits &= ~std::byte{0x40};
+    const std::vector<std::byte> before = disk_.Content("h.mdb");
+    const auto databook = Open();
+    NewTable table;
+    table.name = "More";
+    table.columns = {testing_support::TextColumn("Key", 50)};
+    try {
+        databook->CreateTable(table, kNow);
+        ADD_FAILURE() << "the table cannot have been made";
+    } catch (const Fault& fault) {
+        EXPECT_EQ(fault.number, fault::kDamaged);
+    }
+    EXPECT_EQ(disk_.Content("h.mdb"), before);
+}
+
 }  // namespace
 }  // namespace zenvora::jet

@@ -179,6 +179,12 @@ Table& Store::CreateTable(const NewTable& table, text::Date now) {
         page = allocator_.Allocate();
         BuildTable(pager_, allocator_, page, table);
         AddCatalogRows(table.name, page, now);
+        const std::vector<CatalogEntry> entries = Entries();
+        if (std::none_of(entries.begin(), entries.end(), [&](const CatalogEntry& entry) {
+                return entry.table && entry.id == static_cast<std::int32_t>(page);
+            })) {
+            throw pager_.Damaged(kCatalogPage, "the catalog does not hold what is put into it");
+        }
         PropertyBlob properties;
         for (const NewColumn& column : table.columns) {
             if (column.properties.defaultValue)

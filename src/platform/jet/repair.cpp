@@ -239,6 +239,13 @@ class Repairer {
     }
 
     [[nodiscard]] bool IsNameTaken(const std::string& name) const {
+        if (text::Upper(name).starts_with("MSYS")) return true;  // the engine's own
+        try {
+            std::string key;
+            AppendKey(ColumnDefinition{}, name, true, key);
+        } catch (const Fault&) {
+            return true;  // the catalog could not sort it
+        }
         return std::any_of(tables_.begin(), tables_.end(),
                            [&](const FoundTable& table) { return text::EqualsNoCase(table.name, name); });
     }
@@ -302,6 +309,10 @@ class Repairer {
                           : ", and the names of " + std::to_string(found.namesLost) + " columns"));
         }
         MakeNamesUnique(table);
+        for (ColumnDefinition& column : table.table.columns) {
+            if (const std::size_t size = FixedSize(column.type); size != 0)
+                column.byteLength = static_cast<std::uint16_t>(size);
+        }
         std::vector<std::size_t> kept;  // positions of the indexes of the plan in the old definition
         PlannedTable plan;
         try {
@@ -358,6 +369,9 @@ class Repairer {
             DropIndex(plan, i);
             kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(i));
         }
+        // No relationship names them by their numbers any more.
+        for (std::size_t i = 0; i < plan.logicalIndexes.size(); ++i)
+            plan.logicalIndexes[i].number = static_cast<std::uint32_t>(i);
         return plan;
     }
 

@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "platform/jet/detail/data_page.h"
+#include "platform/jet/detail/text_codec.h"
 
 namespace zenvora::jet::detail {
 
@@ -152,6 +153,41 @@ std::vector<std::byte> RowSalvage::LongValue(std::size_t position, PageNumber,
     return data;
 }
 
+void RowSalvage::MendValues(StoredFields& fields) {
+    mended_.resize(fields.size());
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (!fields[i]) continue;
+        const ColumnDefinition& column = Table().table.columns[i];
+        const std::size_t size = FixedSize(column.type);
+        if (column.type != ColumnType::Boolean && size != 0 && fields[i]->size() != size) {
+            cuts_.push_back("the value in column " + column.name + " could not be read");
+            fields[i].reset();
+            continue;
+        }
+        if (column.type != ColumnType::Text && column.type != ColumnType::Memo) continue;
+        const auto bytes = *fields[i];
+        const bool compressed =
+            bytes.size() >= 2 && bytes[0] == std::byte{0xFF} && bytes[1] == std::byte{0xFE};
+        const bool switches =
+            compressed && std::find(bytes.begin() + 2, bytes.end(), std::byte{0}) != bytes.end();
+        const auto characters = static_cast<std::size_t>(column.CharacterLimit());
+        const std::size_t most = column.type == ColumnType::Memo ? bytes.size()
+                                 : compressed                    ? characters + 2
+                                                                 : 2 * characters;
+        if (!switches && bytes.size() <= most && (compressed || bytes.size() % 2 == 0)) continue;
+        // It may end within a character: written anew it does not.
+        std::string text;
+        DecodeText(bytes.first(std::min(bytes.size(), switches ? bytes.size() : most)), text);
+        while (column.type == ColumnType::Text && Utf16Length(text) > characters)
+            text.pop_back();  // what is left of a longer character becomes U+FFFD
+        mended_[i].clear();
+        EncodeText(text, compressed, mended_[i]);
+        if (!compressed)
+            cuts_.push_back("the end of the text in column " + column.name + " could not be read");
+        fields[i] = mended_[i];
+    }
+}
+
 void RowSalvage::Give(PageNumber home, int homeRow, PageNumber page, std::span<const std::byte> bytes,
                       const Visitor& visit) {
     cuts_.clear();
@@ -175,6 +211,7 @@ void RowSalvage::Give(PageNumber home, int homeRow, PageNumber page, std::span<c
         }
         for (std::size_t position : lostValues_)
             fields[position].reset();
+        MendValues(fields);
     } catch (const Fault& fault) {
         const std::string& reason = fault.description;
         listener_.lost(home, homeRow,

@@ -39,6 +39,8 @@ class RowSalvage : private FieldReader {
     };
     std::vector<std::byte> LongValue(std::size_t column, PageNumber page,
                                      std::span<const std::byte> stored) override;
+    /// Takes out what cannot be a value of its column: the new file shall be sound.
+    void MendValues(StoredFields& fields);
     void Give(PageNumber home, int homeRow, PageNumber page, std::span<const std::byte> bytes,
               const Visitor& visit);
     void Follow(PageNumber home, int homeRow, std::uint32_t pointer, const Visitor& visit);
@@ -53,6 +55,7 @@ class RowSalvage : private FieldReader {
     std::set<std::uint32_t> hidden_;       ///< rows that a moved row should name
     std::vector<std::size_t> lostValues_;  ///< long values of the row that are lost whole
     std::vector<std::string> cuts_;
+    std::vector<std::vector<std::byte>> mended_;
 };
 
 }  // namespace zenvora::jet::detail

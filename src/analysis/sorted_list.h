@@ -18,6 +18,7 @@ namespace zenvora::analysis {
 class SortedList final : public controls::ListControl {
   public:
     using ListControl::ListControl;
+    [[nodiscard]] std::string_view TypeName() const noexcept override { return "LISTBOX"; }
 
     [[nodiscard]] int ListCount() const noexcept override;
     [[nodiscard]] std::string List(int index) const override;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+#include "platform/controls/forms.h"
+
 namespace zenvora::testing_support {
 namespace {
 
@@ -29,6 +31,9 @@ ScriptedDesktop::~ScriptedDesktop() {
     for (const Step& step : answers_) {
         ADD_FAILURE() << "never asked: " << (step.anyText ? "(any message)" : step.text);
     }
+    for (const FormStep& step : forms_) {
+        ADD_FAILURE() << "never shown: " << step.name;
+    }
     for (const std::string& file : files_) {
         ADD_FAILURE() << "no file dialog came for the answer \"" << file << "\"";
     }
@@ -40,6 +45,10 @@ void ScriptedDesktop::Expect(std::string text, controls::Answer answer) {
 
 void ScriptedDesktop::ExpectAny(controls::Answer answer) {
     answers_.push_back({true, {}, answer});
+}
+
+void ScriptedDesktop::ExpectForm(std::string name, std::function<void(controls::Form&)> user) {
+    forms_.push_back({std::move(name), std::move(user)});
 }
 
 void ScriptedDesktop::ExpectFile(std::string path) {
@@ -69,6 +78,29 @@ std::string ScriptedDesktop::Choose(const controls::FileDialog& dialog) {
     std::string file = std::move(files_.front());
     files_.pop_front();
     return file;
+}
+
+void ScriptedDesktop::ShowForm(controls::Form& form, controls::Modality modality) {
+    shown.push_back(form.Name());
+    FormStep step;
+    if (forms_.empty()) {
+        ADD_FAILURE() << "unexpected form " << form.Name();
+    } else {
+        step = std::move(forms_.front());
+        forms_.pop_front();
+        EXPECT_EQ(form.Name(), step.name);
+    }
+    // What the user does are events: a fault goes the way it goes on a real screen.
+    controls::Forms& program = form.Program();
+    program.Event([&] { form.Activate(); });
+    if (step.user && form.Visible()) program.Event([&] { step.user(form); });
+    if (modality == controls::Modality::Modeless) return;
+    if (form.Visible()) program.Event([&] { form.Close(); });
+    if (form.Visible()) form.Hide();
+}
+
+void ScriptedDesktop::HideForm(controls::Form& form) {
+    static_cast<void>(form);
 }
 
 void ScriptedDesktop::SetHourglass(bool on) {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/controls/form.h"
+
 namespace zenvora::controls {
 
 Control::Control(std::string name, int index) : name_(std::move(name)), index_(index) {}
@@ -30,6 +32,14 @@ void Control::SetToolTipText(std::string text) {
     if (toolTipText_ == text) return;
     toolTipText_ = std::move(text);
     TellViews(Property::ToolTipText);
+}
+
+void Control::SetFocus() {
+    if (form_ != nullptr) form_->SetFocus(*this);
+}
+
+bool Control::HasFocus() const noexcept {
+    return form_ != nullptr && form_->ActiveControl() == this;
 }
 
 Observation Control::Observe(std::function<void(Property)> view) {

@@ -27,6 +27,11 @@ struct FileDialog {
     bool forSaving = false;
 };
 
+class Form;
+enum class Modality : int;
+
+/// A desktop without windows, as that of the command line, leaves the calls about forms as they are: a modal
+/// form then returns at once.
 class Desktop {
   public:
     virtual ~Desktop() = default;
@@ -34,6 +39,14 @@ class Desktop {
     virtual Answer Show(const MessageBox& message) = 0;
     /// Shows a file dialog; empty when the user cancelled.
     virtual std::string Choose(const FileDialog& dialog) = 0;
+    /// Brings a form to the screen and calls its Activate. Modal: returns when the form is hidden.
+    virtual void ShowForm(Form& form, Modality modality) {
+        static_cast<void>(form), static_cast<void>(modality);
+    }
+    /// Takes a form off the screen.
+    virtual void HideForm(Form& form) { static_cast<void>(form); }
+    /// The program ends: the loop of the screen returns.
+    virtual void Quit() {}
     /// The hourglass, on or off.
     virtual void SetHourglass(bool on) = 0;
     /// Long work says how far it is; `total` 0 means unknown. Called often: must be cheap.

@@ -1,21 +1,16 @@
 #pragma once
 
-#include <string>
+#include <string_view>
 
-#include "platform/controls/control.h"
+#include "platform/controls/clickable.h"
 
 namespace zenvora::controls {
 
-/// A text that the user only reads. "&" marks a mnemonic and "&&" is one ampersand, as in every caption.
-class Label final : public Control {
+/// A text that the user only reads; one with a click rule is shown as a link.
+class Label final : public Clickable {
   public:
-    using Control::Control;
-
-    [[nodiscard]] const std::string& Caption() const noexcept { return caption_; }
-    void SetCaption(std::string caption);
-
-  private:
-    std::string caption_;
+    using Clickable::Clickable;
+    [[nodiscard]] std::string_view TypeName() const noexcept override { return "LABEL"; }
 };
 
 }  // namespace zenvora::controls

@@ -1,7 +1,5 @@
 #include "platform/controls/list_box.h"
 
-#include <utility>
-
 #include "platform/fault.h"
 
 namespace zenvora::controls {
@@ -16,7 +14,7 @@ void ListBox::CheckPlace(int index, int end) const {
 
 std::string ListBox::List(int index) const {
     CheckPlace(index, ListCount());
-    return items_[static_cast<std::size_t>(index)];
+    return items_[static_cast<std::size_t>(index)].text;
 }
 
 void ListBox::AddItem(std::string text) {
@@ -25,34 +23,58 @@ void ListBox::AddItem(std::string text) {
 
 void ListBox::AddItem(std::string text, int index) {
     CheckPlace(index, ListCount() + 1);
-    items_.insert(items_.begin() + index, std::move(text));
-    if (selected_ >= index) ++selected_;
+    items_.insert(items_.begin() + index, Item{std::move(text)});
     TellViews(Property::Items);
 }
 
 void ListBox::RemoveItem(int index) {
     CheckPlace(index, ListCount());
     items_.erase(items_.begin() + index);
-    if (selected_ == index) {
-        selected_ = -1;
-    } else if (selected_ > index) {
-        --selected_;
-    }
     TellViews(Property::Items);
 }
 
 void ListBox::Clear() {
     if (items_.empty()) return;
     items_.clear();
-    selected_ = -1;
     TellViews(Property::Items);
+}
+
+int ListBox::ListIndex() const noexcept {
+    for (int index = ListCount() - 1; index >= 0; --index) {
+        if (items_[static_cast<std::size_t>(index)].selected) return index;
+    }
+    return -1;
 }
 
 void ListBox::SetListIndex(int index) {
     if (index != -1) CheckPlace(index, ListCount());
-    if (selected_ == index) return;
-    selected_ = index;
+    bool changed = false;
+    for (int place = 0; place < ListCount(); ++place) {
+        bool& selected = items_[static_cast<std::size_t>(place)].selected;
+        changed |= std::exchange(selected, place == index) != (place == index);
+    }
+    if (changed) SelectionChanged();
+}
+
+bool ListBox::Selected(int index) const {
+    CheckPlace(index, ListCount());
+    return items_[static_cast<std::size_t>(index)].selected;
+}
+
+void ListBox::SetSelected(int index, bool selected) {
+    CheckPlace(index, ListCount());
+    if (selected && !multiSelect_) return SetListIndex(index);
+    if (std::exchange(items_[static_cast<std::size_t>(index)].selected, selected) != selected)
+        SelectionChanged();
+}
+
+void ListBox::SelectionChanged() {
     TellViews(Property::Selection);
+    if (selectRule_) selectRule_();
+}
+
+void ListBox::DblClick() {
+    if (Enabled() && dblClickRule_ && ListIndex() >= 0) dblClickRule_();
 }
 
 }  // namespace zenvora::controls

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/controls/control.h"
@@ -17,10 +20,11 @@ class ListControl : public Control {
     [[nodiscard]] virtual std::string List(int index) const = 0;
 };
 
-/// A list of texts in the order of their adding, with at most one of them selected.
+/// A list of texts in the order of their adding, with at most one of them selected, or several.
 class ListBox final : public ListControl {
   public:
     using ListControl::ListControl;
+    [[nodiscard]] std::string_view TypeName() const noexcept override { return "LISTBOX"; }
 
     [[nodiscard]] int ListCount() const noexcept override { return static_cast<int>(items_.size()); }
     [[nodiscard]] std::string List(int index) const override;
@@ -32,16 +36,38 @@ class ListBox final : public ListControl {
     void RemoveItem(int index);
     void Clear();
 
-    /// Place of the selected entry, -1 when none is. It moves with its entry and is lost with it.
-    [[nodiscard]] int ListIndex() const noexcept { return selected_; }
-    /// Selects an entry, -1 for none. Fault 9: there is no such place.
+    /// Place of the last selected entry, -1 when none is. A selection moves with its entry and is lost with
+    /// it.
+    [[nodiscard]] int ListIndex() const noexcept;
+    /// Selects an entry alone, -1 for none. A real change runs the select rule. Fault 9: there is no such
+    /// place.
     void SetListIndex(int index);
+    /// Whether an entry is selected. Fault 9: there is no such place.
+    [[nodiscard]] bool Selected(int index) const;
+    /// Selects one entry more, or one less; without MultiSelect selecting one unselects the others.
+    void SetSelected(int index, bool selected);
+    /// True: the user can select several entries. Set before the form is shown.
+    [[nodiscard]] bool MultiSelect() const noexcept { return multiSelect_; }
+    void SetMultiSelect(bool several) noexcept { multiSelect_ = several; }
+
+    /// What runs after a real change of the selection by SetListIndex or SetSelected.
+    void OnSelect(std::function<void()> rule) { selectRule_ = std::move(rule); }
+    /// The user's double click, or Enter, on the selected entry.
+    void DblClick();
+    void OnDblClick(std::function<void()> rule) { dblClickRule_ = std::move(rule); }
 
   private:
+    struct Item {
+        std::string text;
+        bool selected = false;
+    };
     void CheckPlace(int index, int end) const;
+    void SelectionChanged();
 
-    std::vector<std::string> items_;
-    int selected_ = -1;
+    std::vector<Item> items_;
+    bool multiSelect_ = false;
+    std::function<void()> selectRule_;
+    std::function<void()> dblClickRule_;
 };
 
 }  // namespace zenvora::controls

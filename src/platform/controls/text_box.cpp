@@ -11,4 +11,10 @@ void TextBox::SetText(std::string text) {
     if (changeRule_) changeRule_();
 }
 
+void TextBox::SetLocked(bool locked) {
+    if (locked_ == locked) return;
+    locked_ = locked;
+    TellViews(Property::Locked);
+}
+
 }  // namespace zenvora::controls

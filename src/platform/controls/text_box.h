@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/controls/control.h"
@@ -12,6 +13,7 @@ namespace zenvora::controls {
 class TextBox final : public Control {
   public:
     using Control::Control;
+    [[nodiscard]] std::string_view TypeName() const noexcept override { return "TEXTBOX"; }
 
     [[nodiscard]] const std::string& Text() const noexcept { return text_; }
     /// Sets the text. When it really differs from the old one the change rule runs before this returns;
@@ -20,8 +22,20 @@ class TextBox final : public Control {
     /// The change rule; there is one, a later one replaces it. It may set texts, this one's included.
     void OnChange(std::function<void()> rule) { changeRule_ = std::move(rule); }
 
+    /// Characters that the user can type, 0 for no limit. Texts that the program sets are not cut. Set before
+    /// the form is shown.
+    [[nodiscard]] int MaxLength() const noexcept { return maxLength_; }
+    void SetMaxLength(int characters) noexcept { maxLength_ = characters; }
+    /// Locked: the user reads and copies the text and cannot change it.
+    [[nodiscard]] bool Locked() const noexcept { return locked_; }
+    void SetLocked(bool locked);
+    /// Asks the views to select the whole text.
+    void SelectAll() { TellViews(Property::Selection); }
+
   private:
     std::string text_;
+    int maxLength_ = 0;
+    bool locked_ = false;
     std::function<void()> changeRule_;
 };
 

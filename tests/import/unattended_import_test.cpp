@@ -269,7 +269,7 @@ TEST_F(UnattendedImport, StoresMoreRowsThanAPageHolds) {
 
 /// The sample of the repository, as its README describes it.
 TEST_F(UnattendedImport, LoadsTheSample) {
-    const std::filesystem::path samples = std::filesystem::path(__FILE__).parent_path() / "../../samples";
+    const std::filesystem::path samples = ZENVORA_SAMPLES;
     job.source = (samples / "LISTINGS.CSV").string();
     job.map = (samples / "LISTINGS.map").string();
     const ImportResult result = Run();

@@ -54,6 +54,7 @@ class Command {
 [[nodiscard]] std::unique_ptr<Command> MakeRecordsCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSelectCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSqlCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeUpgradeCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeCompactCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeConvertCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeRepairCommand();

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "databook/upgrade_copy.h"
 #include "platform/fault.h"
 #include "platform/files/host_path.h"
 #include "platform/files/whole_file.h"
@@ -132,6 +133,8 @@ void CopyNewData(common::Session& session, const std::filesystem::path& newData,
     const bool replaces = files::FileExists(destination);
     if (replaces) Settle(session, destination);
     files::CopyWholeFile(newData, destination, replaces ? files::Replaced::KeptAsBak : files::Replaced::Gone);
+    // An upgrade of the old file that was broken off is no matter of the new one.
+    if (const UpgradeCopy upgrade(destination); upgrade.IsUnfinished()) upgrade.End();
     // Whoever connects from here on is to meet the new file, though data controls may still hold the old one.
     session.databooks.Forget(destination);
 }

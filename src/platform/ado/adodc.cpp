@@ -51,6 +51,12 @@ void Adodc::Close() {
 unsigned Adodc::Generation() const {
     return state_->generation;
 }
+std::filesystem::path Adodc::HostPath() const {
+    return detail::SourcePath(ParseConnectionString(Connectionstring), state_->mapper);
+}
+const PathMapper& Adodc::Mapper() const {
+    return state_->mapper;
+}
 const shell::Clock& Adodc::Clock() const {
     return state_->clock;
 }

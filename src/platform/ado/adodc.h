@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -30,6 +31,11 @@ class Adodc {
     void Close();
     /// Raised by one whenever the Recordset is another one, so that views know to bind anew.
     [[nodiscard]] unsigned Generation() const;
+
+    /// The host path of the Databook that Connectionstring names. Fault 53: it names none.
+    [[nodiscard]] std::filesystem::path HostPath() const;
+    /// For connections of their own to the same Databooks.
+    [[nodiscard]] const PathMapper& Mapper() const;
 
     /// The year that completes a date text without one, and expands nothing else.
     [[nodiscard]] const shell::Clock& Clock() const;

@@ -20,6 +20,12 @@ void ComboBox::AddItem(std::string text) {
     TellViews(Property::Items);
 }
 
+void ComboBox::SetItems(std::vector<std::string> items) {
+    if (items_ == items) return;
+    items_ = std::move(items);
+    TellViews(Property::Items);
+}
+
 void ComboBox::Clear() {
     if (items_.empty()) return;
     items_.clear();

@@ -15,11 +15,15 @@
 /// the rule, and the new value stays.
 namespace zenvora::controls {
 
-/// A colour, red component first: 0xRRGGBB.
+/// A colour, red component first: 0xRRGGBB. From kSystemColor up it is no colour of its own: the view paints
+/// the control as the screen's theme has it.
 using Color = std::uint32_t;
+
+inline constexpr Color kSystemColor = 0x80000000;
 
 inline constexpr Color kWhite = 0xFFFFFF;
 inline constexpr Color kLightYellow = 0xFFFFC0;
+inline constexpr Color kLightRed = 0xFFC0C0;
 inline constexpr Color kLightGreen = 0xC0FFC0;
 inline constexpr Color kGrey = 0xE0E0E0;
 

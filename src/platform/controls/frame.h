@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
+#include <utility>
 
 #include "platform/controls/caption_control.h"
 
@@ -12,6 +14,16 @@ class Frame final : public CaptionControl {
   public:
     using CaptionControl::CaptionControl;
     [[nodiscard]] std::string_view TypeName() const noexcept override { return "FRAME"; }
+
+    /// The user's double click on the frame itself, not on what stands in it. Nothing when disabled or
+    /// hidden.
+    void DblClick() {
+        if (Enabled() && Visible() && dblClickRule_) dblClickRule_();
+    }
+    void OnDblClick(std::function<void()> rule) { dblClickRule_ = std::move(rule); }
+
+  private:
+    std::function<void()> dblClickRule_;
 };
 
 }  // namespace zenvora::controls

@@ -11,6 +11,10 @@ void TextBox::SetText(std::string text) {
     if (changeRule_) changeRule_();
 }
 
+void TextBox::Click() {
+    if (Enabled() && Visible() && clickRule_) clickRule_();
+}
+
 void TextBox::SetLocked(bool locked) {
     if (locked_ == locked) return;
     locked_ = locked;

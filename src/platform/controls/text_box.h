@@ -29,6 +29,9 @@ class TextBox final : public Control {
     /// Locked: the user reads and copies the text and cannot change it.
     [[nodiscard]] bool Locked() const noexcept { return locked_; }
     void SetLocked(bool locked);
+    /// The user's click into the text, behind the focus that it may bring. Nothing when disabled or hidden.
+    void Click();
+    void OnClick(std::function<void()> rule) { clickRule_ = std::move(rule); }
     /// Asks the views to select the whole text.
     void SelectAll() { TellViews(Property::Selection); }
 
@@ -37,6 +40,7 @@ class TextBox final : public Control {
     int maxLength_ = 0;
     bool locked_ = false;
     std::function<void()> changeRule_;
+    std::function<void()> clickRule_;
 };
 
 }  // namespace zenvora::controls

@@ -5,11 +5,14 @@
 #include "platform/controls/check_box.h"
 #include "platform/controls/combo_box.h"
 #include "platform/controls/command_button.h"
+#include "platform/controls/frame.h"
 #include "platform/controls/grid.h"
+#include "platform/controls/label.h"
 #include "platform/controls/list_box.h"
 #include "platform/controls/month_view.h"
 #include "platform/controls/option_button.h"
 #include "platform/controls/tab_pages.h"
+#include "platform/controls/text_box.h"
 #include "platform/fault.h"
 
 namespace zenvora::controls {
@@ -37,6 +40,48 @@ TEST(CommandButton, IsPressedOnlyWhenItIsThereAndAvailable) {
     button.SetVisible(false);
     button.Click();
     EXPECT_EQ(presses, 1);
+}
+
+TEST(DblClick, OfALabelAndAFrameRunsItsRuleWhereTheyAreAvailable) {
+    Label label{"lblSaleDate"};
+    Frame frame{"fraNonAddrFields1"};
+    int ofLabel = 0;
+    int ofFrame = 0;
+    label.DblClick();
+    frame.DblClick();
+    label.OnDblClick([&] { ++ofLabel; });
+    frame.OnDblClick([&] { ++ofFrame; });
+    label.DblClick();
+    frame.DblClick();
+    label.SetEnabled(false);
+    frame.SetVisible(false);
+    label.DblClick();
+    frame.DblClick();
+    EXPECT_EQ(ofLabel, 1);
+    EXPECT_EQ(ofFrame, 1);
+}
+
+TEST(TextBox, AClickRunsItsRuleWhereItIsAvailable) {
+    TextBox field{"txtStreet"};
+    int clicks = 0;
+    field.Click();
+    field.OnClick([&] { ++clicks; });
+    field.Click();
+    field.SetEnabled(false);
+    field.Click();
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST(ComboBox, TakesAllEntriesAtOnceAndTellsTheViewsOnce) {
+    ComboBox combo{"cboCity"};
+    combo.AddItem("old");
+    int told = 0;
+    const Observation view = combo.Observe([&](Property property) { told += property == Property::Items; });
+    combo.SetItems({"Ashby, OH  44001", "Troy, OH  45373"});
+    combo.SetItems({"Ashby, OH  44001", "Troy, OH  45373"});
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(combo.ListCount(), 2);
+    EXPECT_EQ(combo.List(1), "Troy, OH  45373");
 }
 
 TEST(CheckBox, RunsItsRuleOnARealChangeWhicheverSideMadeIt) {

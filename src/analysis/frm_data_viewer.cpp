@@ -8,6 +8,12 @@
 namespace zenvora::analysis {
 namespace {
 
+// The layout in twips: captions of the rows at the left, then the frames side by side.
+constexpr float kFrameLeft = 1200;
+constexpr float kFrameWidth = 1640;
+constexpr float kFramePitch = 1700;
+constexpr float kHeight = 6200;
+
 /// From this list on nothing is carried into the results.
 constexpr int kFirstListWithoutResult = 12;
 
@@ -20,18 +26,35 @@ int PartnerOf(int index) {
 }  // namespace
 
 frmDataViewer::frmDataViewer(common::Session& session, Results1004MC& results)
-    : session_(session), results_(results) {
+    : Form(session.forms, "frmDataViewer", std::string(kCaption)), session_(session), results_(results) {
+    std::size_t group = 0;
+    for (controls::Frame* frame : {&Frame1, &Frame2, &Frame3, &Frame4, &Frame5, &Frame6}) {
+        frame->SetCaption(std::string(kListGroupCaptions[group++]));
+        Add(*frame);
+    }
     for (SortedList& list : lstData) {
         const bool isListing =
             list.Index() >= ListIndex(kListingPrices, 0) && list.Index() <= ListIndex(kListingDays, 2);
         list.SetBackColor(isListing ? controls::kLightGreen : controls::kLightYellow);
     }
+    Add(lstData);
     for (Cells* cells : {&txtAverage, &txtMedian, &txtTotal, &txtLowest, &txtHighest}) {
-        for (controls::TextBox& cell : *cells)
+        for (controls::TextBox& cell : *cells) {
             cell.SetBackColor(controls::kGrey);
+            cell.SetLocked(true);
+        }
+        Add(*cells);
     }
+    SetPlacement({.width = kFrameLeft + 6 * kFramePitch, .height = kHeight});
     txtMedian.OnChange([this](int index) { MedianChanged(index); });
     txtTotal.OnChange([this](int index) { TotalChanged(index); });
+}
+
+void frmDataViewer::OnLoad() {
+    controls::Placement placement = Placement();
+    constexpr float kLeftOfFrame4 = kFrameLeft + 3 * kFramePitch;
+    placement.width = kLeftOfFrame4 + kFrameWidth + 3500;
+    SetPlacement(placement);
 }
 
 void frmDataViewer::FillListStatistics(const SortedList& list, int index) {

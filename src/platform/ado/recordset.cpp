@@ -56,6 +56,9 @@ jet::Value Recordset::Value(int field) const {
 jet::Value Recordset::Value(std::string_view name) const {
     return store_->Value(store_->FieldOf(name));
 }
+jet::Value Recordset::ValueAt(long position, int field) const {
+    return store_->ValueAt(position, field);
+}
 bool Recordset::IsNull(int field) const {
     return store_->IsNull(field);
 }

@@ -230,12 +230,17 @@ jet::Table& RecordsetStore::Table() const {
     return *selection_.table;
 }
 
-std::size_t RecordsetStore::Checked(int field) const {
+std::size_t RecordsetStore::FieldNumber(int field) const {
     if (static_cast<std::size_t>(field) >= fields_.size()) {
         throw Fault{fault::kItemNotFound, "The records have no field number " + std::to_string(field) + "."};
     }
-    if (!HasCurrent()) NoCurrentRecord();
     return static_cast<std::size_t>(field);
+}
+
+std::size_t RecordsetStore::Checked(int field) const {
+    const std::size_t number = FieldNumber(field);
+    if (!HasCurrent()) NoCurrentRecord();
+    return number;
 }
 
 std::size_t RecordsetStore::CurrentRecord() const {
@@ -249,14 +254,28 @@ const jet::Value* RecordsetStore::Pending(std::size_t field) const {
     return edit_ == EditMode::Add || changed_[column] ? &pending_[column] : nullptr;
 }
 
-jet::Value RecordsetStore::FromTable(std::size_t field) const {
-    return Table().Read(rows_.Id(CurrentRecord()))[rows_.Cells()[field].column];
+jet::Value RecordsetStore::FromTable(std::size_t record, std::size_t field) const {
+    return Table().Read(rows_.Id(record))[rows_.Cells()[field].column];
 }
 
 jet::Value RecordsetStore::Value(int number) const {
     const std::size_t field = Checked(number);
     if (const jet::Value* const pending = Pending(field)) return *pending;
-    const std::byte* const row = rows_.Row(CurrentRecord());
+    return Stored(CurrentRecord(), field);
+}
+
+jet::Value RecordsetStore::ValueAt(long position, int number) const {
+    const std::size_t field = FieldNumber(number);
+    if (position < 0 || position >= count_) {
+        throw Fault{fault::kNoCurrentRecord,
+                    "There is no record at position " + std::to_string(position) + "."};
+    }
+    if (position == Position()) return Value(number);
+    return Stored(RecordAt(position), field);
+}
+
+jet::Value RecordsetStore::Stored(std::size_t record, std::size_t field) const {
+    const std::byte* const row = rows_.Row(record);
     if (rows_.IsNull(row, field)) return jet::Null{};
     const Cell& cell = rows_.Cells()[field];
     switch (cell.kind) {
@@ -267,7 +286,7 @@ jet::Value RecordsetStore::Value(int number) const {
         case CellKind::Boolean:
             return RecordRows::Number(row, cell) != 0;
         case CellKind::InTable:
-            return FromTable(field);
+            return FromTable(record, field);
         case CellKind::Number:
             break;
     }
@@ -307,7 +326,7 @@ std::string_view RecordsetStore::TextTheLongWay(int number) const {
     const Cell& cell = rows_.Cells()[field];
     if (cell.kind == CellKind::Text) return rows_.Text(row, cell);
     if (fields_[field].type != jet::ColumnType::Memo || rows_.IsNull(row, field)) return {};
-    const jet::Value value = FromTable(field);
+    const jet::Value value = FromTable(CurrentRecord(), field);
     const auto* const text = std::get_if<std::string>(&value);
     longText_ = text != nullptr ? *text : std::string{};
     return longText_;

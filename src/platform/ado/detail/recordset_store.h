@@ -44,6 +44,7 @@ class RecordsetStore {
     [[nodiscard]] int FieldOf(std::string_view name) const;
 
     [[nodiscard]] jet::Value Value(int field) const;
+    [[nodiscard]] jet::Value ValueAt(long position, int field) const;
     [[nodiscard]] bool IsNull(int field) const;
     [[nodiscard]] double Number(int field) const {
         // The road of every calculation: a record without a pending change, a plain number.
@@ -77,14 +78,18 @@ class RecordsetStore {
         const auto at = static_cast<std::size_t>(field);
         return row_ != nullptr && at < fieldCount_ ? cells_ + at : nullptr;
     }
-    /// Fault 3265: no such field. Fault 3021: no current record.
+    /// Fault 3265: no such field.
+    [[nodiscard]] std::size_t FieldNumber(int field) const;
+    /// The same. Fault 3021: no current record.
     [[nodiscard]] std::size_t Checked(int field) const;
     [[nodiscard]] std::size_t CurrentRecord() const;
     [[nodiscard]] bool HasCurrent() const noexcept;
     /// The pending value of a field, nullptr when nothing is pending on it.
     [[nodiscard]] const jet::Value* Pending(std::size_t field) const;
+    /// The value that the rows hold, without regard to what is pending.
+    [[nodiscard]] jet::Value Stored(std::size_t record, std::size_t field) const;
     /// A value that is not kept in the rows.
-    [[nodiscard]] jet::Value FromTable(std::size_t field) const;
+    [[nodiscard]] jet::Value FromTable(std::size_t record, std::size_t field) const;
     [[nodiscard]] double NumberTheLongWay(int field) const;
     [[nodiscard]] std::string_view TextTheLongWay(int field) const;
 

@@ -1,0 +1,136 @@
+#include "frame/frm_main.h"
+
+namespace zenvora::frame {
+
+frmMain::frmMain(common::Session& session)
+    : Form(session.forms, "frmMain", "Zenvora"),
+      viewer(session, results),
+      adoDatabook(session.databooks, session.clock),
+      adoSQL(session.databooks, session.clock),
+      session_(session) {
+    SetPlacement({.width = 12015, .height = 7005});
+    LayOutControls();
+    LayOutMenus();
+    tdbgData.SetColumns(analysis::CompsGridColumns());
+    tdbgData.SetRows(&gridRows_);
+}
+
+void frmMain::LayOutControls() {
+    GroupBox2.SetCaption("Address");
+    cmdAdd.SetCaption("&Add");
+    cmdEdit.SetCaption("&Edit");
+    cmdDelete.SetCaption("&Delete");
+    Label1.SetCaption("Effective Appraisal Date");
+    imaBaseDateCal.SetPicture("calendar");
+    imaBaseDateCal.SetCaption("Choose the date from a calendar");
+    cmdChkValidity.SetCaption("C&heck for Validity");
+    cmdChkValidity.SetVisible(false);
+    txtCalculate.SetCaption("&Calculate");
+    cmdPrintAudit.SetCaption("Print");
+    cmdExit2.SetCaption("E&xit");
+
+    Add(tdgViewer);
+    Add(GroupBox2);
+    Add(txtCentralKey);
+    Add(cmdAdd);
+    Add(cmdEdit);
+    Add(cmdDelete);
+    Add(GroupBox1);
+    Add(Label1);
+    Add(txtBaseDate);
+    Add(cboBaseDate);
+    Add(imaBaseDateCal);
+    Add(tdbgData);
+    Add(lblExplanation);
+    Add(cmdChkValidity);
+    Add(txtCalculate);
+    Add(cmdPrintAudit);
+    Add(cmdExit2);
+
+    Frame1.SetCaption(std::string(analysis::kInventoryFrame));
+    Frame2.SetCaption(std::string(analysis::kMedianFrame));
+    Label19.SetCaption("Effective Appraisal Date");
+    txtBaseDateT2.SetLocked(true);
+    fraTransfer.SetCaption("1004MC: Transfer");
+    cmdTransfer.SetCaption("&Mkt R && A");
+    cmdTransferAudit.SetCaption("A&udit Trail");
+    cmdTransferCondoCoop.SetCaption("C&ondo/Co Op");
+    imgDataSentMsg.SetPicture("sent");
+    imgDataSentMsg.SetVisible(false);
+    lblDataSentMsg.SetCaption("Data sent to report");
+    lblDataSentMsg.SetVisible(false);
+    cmdBack.SetCaption("<<  Comps and Listings");
+    cmdPrintCalc.SetCaption("Print");
+    cmdExit.SetCaption("E&xit");
+    PushButton1.SetCaption("E&xit");
+
+    Add(Frame1);
+    Add(Frame2);
+    for (const analysis::ResultRow& row : analysis::kResultRows) {
+        analysis::Results1004MC::Cells& cells = results.Row(row.name);
+        for (controls::TextBox& cell : cells)
+            cell.SetLocked(true);
+        Add(cells);
+    }
+    Add(Label19);
+    Add(txtBaseDateT2);
+    Add(fraTransfer);
+    Add(cmdTransfer);
+    Add(cmdTransferAudit);
+    Add(cmdTransferCondoCoop);
+    Add(imgDataSentMsg);
+    Add(lblDataSentMsg);
+    Add(cmdBack);
+    Add(cmdPrintCalc);
+    Add(cmdExit);
+    Add(PushButton1);
+
+    Frame4.SetCaption("Krn Textboxes");
+    Command2.SetCaption("Command2");
+    Add(Frame4);
+    Add(txtKrnFormList);
+    Add(txtKrnReportName);
+    Add(TxtDde);
+    Add(Command2);
+    Add(lstProcesses);
+}
+
+void frmMain::LayOutMenus() {
+    mnuFile.SetCaption("File");
+    mnuFileItem[1].SetCaption("New Databook");
+    mnuFileItem[1].SetShortcut("Ctrl+N");
+    mnuFileItem[2].SetCaption("Open Databook");
+    mnuFileItem[2].SetShortcut("Ctrl+O");
+    mnuFileItem[3].SetCaption("Merge Databooks");
+    mnuRecent.SetCaption("Open Recent");
+    mnuPdfAudit.SetCaption("Audit Report as PDF...");
+    mnuPdfCalc.SetCaption("Calculations as PDF...");
+    mnuPdfFit.SetCaption("Shrink Long Addresses in the PDF");
+    mnuSetup.SetCaption("Setup");
+    mnuSetupConfig.SetCaption("Configuration");
+    mnuRefresh.SetCaption("Refresh");
+    mnuRefreshItem[1].SetCaption("Check for Appraisal Software");
+    mnuHelp.SetCaption("Help");
+    mnuAbout.SetCaption("About");
+    mnuHelp2.SetCaption("Zenvora Help  F1");
+
+    std::vector<controls::MenuItem*> recent;
+    for (controls::MenuItem& item : mnuRecentItem) {
+        item.SetVisible(false);
+        recent.push_back(&item);
+    }
+    AddMenu({&mnuFile,
+             {{&mnuFileItem[1]},
+              {&mnuFileItem[2]},
+              {&mnuFileItem[3]},
+              {&mnuRecent, recent},
+              {},
+              {&mnuPdfAudit},
+              {&mnuPdfCalc},
+              {&mnuPdfFit}}});
+    AddMenu({&mnuSetup, {{&mnuSetupConfig}}});
+    AddMenu({&mnuRefresh, {{&mnuRefreshItem[1]}}});
+    AddMenu({&mnuHelp, {{&mnuAbout}, {&mnuHelp2}}});
+}
+
+}  // namespace zenvora::frame

@@ -55,6 +55,7 @@ class Command {
 [[nodiscard]] std::unique_ptr<Command> MakeSelectCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSqlCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeUpgradeCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeMergeCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeCompactCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeConvertCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeRepairCommand();

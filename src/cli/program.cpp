@@ -34,6 +34,7 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(MakeSelectCommand());
     commands.push_back(MakeSqlCommand());
     commands.push_back(MakeUpgradeCommand());
+    commands.push_back(MakeMergeCommand());
     commands.push_back(MakeCompactCommand());
     commands.push_back(MakeConvertCommand());
     commands.push_back(MakeRepairCommand());

@@ -16,7 +16,7 @@ fs::path BehindLinks(const fs::path& path) {
     return error ? path : real;
 }
 
-fs::path NotePath(fs::path databook) {
+fs::path NoteOf(fs::path databook) {
     databook += ".upgrading";
     return databook;
 }
@@ -32,7 +32,7 @@ std::string NoteText(const fs::path& copy) {
 }  // namespace
 
 UpgradeCopy::UpgradeCopy(const fs::path& databook)
-    : databook_(BehindLinks(databook)), copy_(files::BakPath(databook_)), note_(NotePath(databook_)) {}
+    : databook_(BehindLinks(databook)), copy_(files::BakPath(databook_)), note_(NoteOf(databook_)) {}
 
 void UpgradeCopy::Begin(bool keepCopy) const {
     if (!keepCopy) files::CopyWholeFile(databook_, copy_);

@@ -27,6 +27,7 @@ class UpgradeCopy {
     void Restore() const;
 
     [[nodiscard]] const std::filesystem::path& Path() const noexcept { return copy_; }
+    [[nodiscard]] const std::filesystem::path& NotePath() const noexcept { return note_; }
 
   private:
     std::filesystem::path databook_;

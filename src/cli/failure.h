@@ -1,11 +1,11 @@
 #pragma once
 
 #include <exception>
-#include <filesystem>
 #include <string>
 #include <utility>
 
 #include "cli/streams.h"
+#include "common/fault_text.h"
 #include "platform/fault.h"
 
 namespace zenvora::cli {
@@ -23,12 +23,7 @@ struct Failure : std::exception {
 /// those of what was asked of it (a statement, a value, a key).
 [[nodiscard]] bool IsFileFault(const Fault& fault) noexcept;
 
-/// A fault in one line: the file and the place in it unless the description names them, the description, the
-/// fault's number, and what to do when the description does not say it. `file` is the one in work when the
-/// fault names none.
-[[nodiscard]] std::string FaultLine(const Fault& fault, const std::string& file);
-
-/// A path as it is shown to the user.
-[[nodiscard]] std::string Shown(const std::filesystem::path& path);
+using common::FaultLine;
+using common::Shown;
 
 }  // namespace zenvora::cli

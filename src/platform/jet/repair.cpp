@@ -19,6 +19,7 @@ constexpr std::size_t kMostListed = 500;  // losses of one table
 constexpr std::size_t kBatchBytes = std::size_t{16} << 20;
 constexpr std::int32_t kTablesContainer = 0x0F000001;
 constexpr PageNumber kLastEnginePage = 5;
+constexpr int kMaxCharacters = 255;
 
 /// An index whose keys cannot be built: the repair starts anew without it.
 struct IndexFailure {
@@ -43,15 +44,22 @@ struct FoundTable {
     std::size_t namesLost = 0;
     bool whole = true;  ///< the definition could be read with its indexes
     const OldObject* object = nullptr;
+    std::uint32_t hiddenAs = 0;  ///< the flags of a hidden table
     std::string name;
 };
 
 class Repairer {
   public:
-    Repairer(Pager& source, Store& target, text::Date now, const std::vector<IndexFailure>& without)
-        : source_(source), target_(target), now_(now), without_(without) {}
+    Repairer(const SalvageSource& source, Store& target, text::Date now,
+             const std::vector<IndexFailure>& without)
+        : source_(*source.pager),
+          statedCodePage_(source.statedCodePage),
+          target_(target),
+          now_(now),
+          without_(without) {}
 
     RepairReport Run() {
+        if (IsUnknownCodePage(statedCodePage_)) LoseLetters({}, 0, "the file", statedCodePage_);
         LookAtPages();
         ReadCatalog();
         FindTables();
@@ -88,6 +96,25 @@ class Repairer {
             if (free_[kCatalogPage] || free_[1]) free_.assign(free_.size(), false);
         } catch (const Fault&) {
             free_.assign(free_.size(), false);
+        }
+    }
+
+    [[nodiscard]] static bool IsUnknownCodePage(std::uint16_t codePage) {
+        return codePage != 0 && codePage != kWindows1252;
+    }
+    void LoseLetters(const std::string& table, long page, const std::string& where, std::uint16_t codePage) {
+        Lose(table, page, -1,
+             "letters with accents may be wrong: the texts of " + where +
+                 " are said to be in the code page " + std::to_string(codePage) +
+                 ", which is not known here, and were read as Western European");
+    }
+    /// Texts in a code page that is not known, which mostly is a damaged number, are read as the usual ones.
+    void TakeKnownCodePages(StoredDefinition& table, PageNumber page) {
+        for (ColumnDefinition& column : table.table.columns) {
+            if (!IsUnknownCodePage(column.codePage)) continue;
+            if (column.codePage != statedCodePage_)
+                LoseLetters(table.table.name, page, "column " + column.name, column.codePage);
+            column.codePage = kWindows1252;
         }
     }
 
@@ -133,6 +160,7 @@ class Repairer {
                 column.codePage = source_.Format().codePage;
             catalog.ownedMap = {};
         }
+        TakeKnownCodePages(catalog, kCatalogPage);
         std::map<std::string, std::size_t> at;
         for (std::size_t i = 0; i < catalog.table.columns.size(); ++i)
             at[catalog.table.columns[i].name] = i;
@@ -169,7 +197,10 @@ class Repairer {
             object.flags = static_cast<std::uint32_t>(number("Flags"));
             if (const Value name = value("Name"); std::holds_alternative<std::string>(name))
                 object.name = std::get<std::string>(name);
-            object.created = value("DateCreate");
+            // Of a damaged date nothing is left that the new catalog takes.
+            if (const Value created = value("DateCreate"); const auto* date = std::get_if<DateTime>(&created))
+                if (date->serial >= text::kFirstDate && date->serial < text::kLastDate + 1)
+                    object.created = created;
             if (const auto place = at.find("LvProp"); place != at.end() && fields[place->second])
                 object.properties.assign(fields[place->second]->begin(), fields[place->second]->end());
             if (!object.name.empty()) objects_.push_back(std::move(object));
@@ -201,6 +232,17 @@ class Repairer {
     [[nodiscard]] static bool IsUsers(const OldObject& object) {
         return object.type == kLocalTable && (object.flags & 0x80000002U) == 0;
     }
+    /// Whether a table is to be saved. Other programs hide tables of their own in a file, and one damaged bit
+    /// hides any: they are saved as they are, hidden. A Databook is known by its key, whatever the catalog
+    /// says.
+    [[nodiscard]] bool IsToBeSaved(FoundTable& table) const {
+        if (table.page == kCatalogPage) return false;
+        const bool system = table.definition.table.systemTable;
+        if (table.object == nullptr) return !system && !free_[table.page];
+        if (IsUsers(*table.object) || table.definition.table.FindColumn("CENTRALKEY")) return true;
+        table.hiddenAs = table.object->flags;
+        return !system && !text::Upper(table.object->name).starts_with("MSYS");
+    }
 
     void FindTables() {
         std::set<PageNumber> continued;  // pages that another definition goes on to
@@ -226,45 +268,49 @@ class Repairer {
             if (continued.contains(table.page)) continue;
             readable.insert(table.page);
             table.object = ObjectOf(table.page);
-            if (table.page <= kLastEnginePage && (table.object == nullptr || !IsUsers(*table.object)))
-                continue;
-            const bool users = table.object != nullptr
-                                   ? IsUsers(*table.object)
-                                   : !table.definition.table.systemTable && !free_[table.page];
-            if (!users) continue;
+            if (!IsToBeSaved(table)) continue;
             tables_.push_back(std::move(table));
         }
         NameTables();
         LoseTables(readable);
     }
 
-    [[nodiscard]] bool IsNameTaken(const std::string& name) const {
-        if (text::Upper(name).starts_with("MSYS")) return true;  // the engine's own
+    /// The key of a name in the catalog's index, or nothing for what cannot be a table's name there.
+    [[nodiscard]] static std::string NameKey(const std::string& name) {
+        std::string key;
+        if (!CanBeName(name) || text::Upper(name).starts_with("MSYS"))
+            return key;  // those are the engine's own
         try {
-            std::string key;
             AppendKey(ColumnDefinition{}, name, true, key);
         } catch (const Fault&) {
-            return true;  // the catalog could not sort it
+            key.clear();  // a character that the catalog could not sort
         }
-        return std::any_of(tables_.begin(), tables_.end(),
-                           [&](const FoundTable& table) { return text::EqualsNoCase(table.name, name); });
+        return key;
     }
 
     void NameTables() {
+        std::set<std::string> taken;
+        const auto take = [&](FoundTable& table, const std::string& name) {
+            const std::string key = NameKey(name);
+            if (key.empty() || !taken.insert(key).second) return false;
+            table.name = name;
+            return true;
+        };
         for (FoundTable& table : tables_) {
-            if (table.object != nullptr && !IsNameTaken(table.object->name)) table.name = table.object->name;
+            if (table.object != nullptr) take(table, table.object->name);
         }
         int recovered = 0;
         for (FoundTable& table : tables_) {
             if (!table.name.empty()) continue;
-            std::string name = "COMPS";
-            if (!table.definition.table.FindColumn("CENTRALKEY") || IsNameTaken(name)) {
-                do {
-                    name = "Recovered " + std::to_string(++recovered);
-                } while (IsNameTaken(name));
+            if (!table.definition.table.FindColumn("CENTRALKEY") || !take(table, "COMPS")) {
+                while (!take(table, "Recovered " + std::to_string(++recovered))) {
+                }
             }
-            table.name = name;
-            Lose(table.name, table.page, -1, "the name of this table is lost: it was called " + table.name);
+            const std::string old = table.object == nullptr ? "" : table.object->name;
+            Lose(table.name, table.page, -1,
+                 (old.empty() ? "the name of this table is lost"
+                              : "the name of this table, \"" + old + "\", is damaged or used twice") +
+                     ": it was called " + table.name);
         }
     }
 
@@ -308,10 +354,12 @@ class Repairer {
                           ? std::string()
                           : ", and the names of " + std::to_string(found.namesLost) + " columns"));
         }
-        MakeNamesUnique(table);
+        TakeKnownCodePages(table, found.page);
+        MendNames(found);
         for (ColumnDefinition& column : table.table.columns) {
             if (const std::size_t size = FixedSize(column.type); size != 0)
                 column.byteLength = static_cast<std::uint16_t>(size);
+            MendLimit(found, column);
         }
         std::vector<std::size_t> kept;  // positions of the indexes of the plan in the old definition
         PlannedTable plan;
@@ -331,13 +379,39 @@ class Repairer {
         CommitSoon(kBatchBytes);
     }
 
-    static void MakeNamesUnique(StoredDefinition& table) {
+    /// Gives columns and indexes names that the new file can have.
+    void MendNames(FoundTable& found) {
         std::set<std::string> taken;
-        for (ColumnDefinition& column : table.table.columns) {
-            const std::string name = column.name;
-            for (int n = 2; column.name.empty() || !taken.insert(text::Upper(column.name)).second; ++n)
-                column.name = (name.empty() ? "Column" : name) + " " + std::to_string(n);
+        const auto mend = [&](std::string& name, const std::string& kind, std::size_t place) {
+            const std::string old = name;
+            if (!CanBeName(name)) name = kind + " " + std::to_string(place + 1);
+            const std::string stem = name;
+            for (int n = 2; !taken.insert(text::Upper(name)).second; ++n)
+                name = stem + " " + std::to_string(n);
+            if (name == old) return;
+            Lose(found.name, found.page, -1,
+                 "the name of a " + kind + " is damaged or used twice: it was called " + name);
+        };
+        auto& columns = found.definition.table.columns;
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            mend(columns[i].name, "column", i);
+        taken.clear();
+        auto& indexes = found.definition.logicalIndexes;
+        for (std::size_t i = 0; i < indexes.size(); ++i) {
+            if (indexes[i].type != 2) mend(indexes[i].name, "index", i);
         }
+    }
+
+    /// A width that no Text column can have is damaged; the widest holds whatever the records say. Of a fixed
+    /// one the width is also the place in the row, so it stays.
+    void MendLimit(const FoundTable& found, ColumnDefinition& column) {
+        const int limit = column.CharacterLimit();
+        if (column.type != ColumnType::Text || column.fixedLength || (limit >= 1 && limit <= kMaxCharacters))
+            return;
+        column.byteLength = column.codePage == 0 ? 2 * kMaxCharacters : kMaxCharacters;
+        Lose(found.name, found.page, -1,
+             "the width of column " + column.name + " is damaged: it can hold " +
+                 std::to_string(kMaxCharacters) + " characters now");
     }
 
     PlannedTable PlanWithoutRelationships(const FoundTable& found, std::vector<std::size_t>& kept) {
@@ -445,7 +519,7 @@ class Repairer {
         row.Set("DateCreate", dated ? found.object->created : Value{DateTime{now_}});
         row.Set("DateUpdate", DateTime{now_});
         row.Set("Owner", UsualOwner(catalog));
-        row.Set("Flags", std::int32_t{0});
+        row.Set("Flags", static_cast<std::int32_t>(found.hiddenAs));
         if (found.object != nullptr && !found.object->properties.empty()) {
             const PropertyBlob properties(found.object->properties, source_.Format().codePage);
             if (properties.Broken()) {
@@ -475,6 +549,7 @@ class Repairer {
     }
 
     Pager& source_;
+    std::uint16_t statedCodePage_;
     Store& target_;
     text::Date now_;
     const std::vector<IndexFailure>& without_;
@@ -501,13 +576,13 @@ void RemoveQuietly(const std::filesystem::path& path, files::HostDisk& disk) {
 
 RepairReport Repair(const std::filesystem::path& path, const std::filesystem::path& target, text::Date now,
                     files::HostDisk& disk) {
-    const std::unique_ptr<detail::Pager> source = detail::OpenForSalvage(path, disk);
+    const detail::SalvageSource source = detail::OpenForSalvage(path, disk);
     std::vector<detail::IndexFailure> without;
     while (true) {
         std::shared_ptr<files::HostFile> file = disk.Open(target, files::OpenMode::CreateNew);
         try {
             const std::unique_ptr<detail::Store> store = detail::NewFile(std::move(file), target, now);
-            return detail::Repairer(*source, *store, now, without).Run();
+            return detail::Repairer(source, *store, now, without).Run();
         } catch (detail::IndexFailure& failure) {
             detail::RemoveQuietly(target, disk);
             without.push_back(std::move(failure));

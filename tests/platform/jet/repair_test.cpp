@@ -1,5 +1,6 @@
 #include "platform/jet/repair.h"
 
+#include <cstring>
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
@@ -441,6 +442,157 @@ TEST_F(RepairTest, ReadsADefinitionThatHasLostItsEnd) {
         EXPECT_EQ(view.Get(119), Value{"last"});
         return true;
     });
+}
+
+/// Where a name in two bytes a character stands on a page; nullptr: nowhere.
+std::byte* NameOn(std::byte* page, std::u16string_view name) {
+    for (std::byte* at = page; at + 2 * name.size() <= page + kPage; ++at) {
+        if (std::memcmp(at, name.data(), 2 * name.size()) == 0) return at;
+    }
+    return nullptr;
+}
+
+// The name stood in the new catalog's index, which has no place for a character without a weight: fault
+// 20001, and nothing was saved.
+TEST_F(RepairTest, SavesATableWhoseDamagedNameCannotBeSorted) {
+    std::byte* name = nullptr;
+    for (std::uint32_t page : PagesOf(1, 2)) {
+        if (std::byte* const found = NameOn(Page(page), u"COMPS")) name = found;
+    }
+    ASSERT_NE(name, nullptr);
+    detail::PutU16(name + 2, 0x041C);  // a letter that no sort order of ours has
+    const RepairReport report = Save();
+    EXPECT_EQ(Saved("COMPS"), rows_);  // called so by its key column
+    EXPECT_NE(Sentences(report).find("is damaged or used twice: it was called COMPS"), std::string::npos)
+        << Sentences(report);
+}
+
+// Two names that differ to the eye and not in the catalog's index were one too many for it.
+TEST_F(RepairTest, SavesTwoTablesWhoseNamesHaveTheSameKey) {
+    for (std::uint32_t page : PagesOf(1, 2)) {
+        if (std::byte* const found = NameOn(Page(page), u"Other")) std::memcpy(found, u"comps", 10);
+    }
+    const RepairReport report = Save();
+    ASSERT_EQ(report.tables.size(), 2U);
+    EXPECT_EQ(Saved(), rows_);
+    EXPECT_EQ(report.tables[1].name, "Recovered 1");
+    EXPECT_EQ(report.tables[1].rows, 5U);
+}
+
+// The date of the old catalog was put into the new one as it was: fault 13, and nothing was saved.
+TEST_F(RepairTest, SavesATableWhoseDateInTheCatalogIsDamaged) {
+    const auto database = Database::Open("b.mdb", Database::Access::ReadOnly, disk_);
+    const Table& catalog = database->OpenTable("MSysObjects");
+    const std::size_t column = catalog.Definition().FindColumn("DateCreate").value();
+    const std::size_t at = 2 + std::size_t{catalog.Definition().columns[column].fixedOffset};
+    for (std::uint32_t page : PagesOf(1, 2)) {
+        for (unsigned slot = 0; slot < detail::U16(Page(page) + 12); ++slot) {
+            const std::size_t begin = detail::U16(Page(page) + 14 + 2 * std::size_t{slot}) & 0x1FFFU;
+            std::fill_n(Page(page) + begin + at, 8, std::byte{0xFF});  // no number at all
+        }
+    }
+    EXPECT_TRUE(Save().Complete());
+    EXPECT_EQ(Saved(), rows_);
+}
+
+TEST_F(RepairTest, SavesADatabookThatADamagedCatalogHides) {
+    const auto database = Database::Open("b.mdb", Database::Access::ReadOnly, disk_);
+    const Table& catalog = database->OpenTable("MSysObjects");
+    const std::size_t at =
+        2 + std::size_t{
+                catalog.Definition().columns[catalog.Definition().FindColumn("Flags").value()].fixedOffset};
+    for (std::uint32_t page : PagesOf(1, 2)) {
+        for (unsigned slot = 0; slot < detail::U16(Page(page) + 12); ++slot) {
+            const std::size_t begin = detail::U16(Page(page) + 14 + 2 * std::size_t{slot}) & 0x1FFFU;
+            Page(page)[begin + at] |= std::byte{2};
+        }
+    }
+    const RepairReport report = Save();
+    EXPECT_EQ(Saved(), rows_);
+    ASSERT_EQ(report.tables.size(), 2U);
+    // It may be one that another program hides, so it stays hidden, with all its records.
+    const auto after = Database::Open("new.mdb", Database::Access::ReadOnly, disk_);
+    EXPECT_EQ(after->TableNames(), std::vector<std::string>{"COMPS"});
+    EXPECT_EQ(testing_support::RowsOf(after->OpenTable("Other")).size(), 5U);
+}
+
+// A column of fixed length took the mark of a compressed text for what it says, and came out longer than it
+// is.
+TEST_F(RepairTest, CutsATextToTheWidthOfItsColumn) {
+    {
+        const auto database = Database::Create("c.mdb", kNow, disk_);
+        NewTable flags;
+        flags.name = "Flags";
+        flags.columns = {TextColumn("Flag", 6), TextColumn("Town", 4), TextColumn("Free", 4)};
+        flags.columns[0].fixedLength = true;
+        Table& table = database->CreateTable(flags, kNow);
+        table.Insert(std::vector<Value>{"abcdef", "Troy", "1234"});
+        table.Insert(std::vector<Value>{"ghijkl", "Troy", "5678"});
+    }
+    disk_.Put("b.mdb", disk_.Content("c.mdb"));
+    std::byte* page = nullptr;
+    for (std::uint32_t each = 6; each < PageCount(); ++each) {
+        if (detail::U8(Page(each)) == 1 && detail::U16(Page(each) + 12) == 2 &&
+            detail::U32(Page(each) + 4) > 5)
+            page = Page(each);
+    }
+    ASSERT_NE(page, nullptr);
+    std::byte* const first = page + (detail::U16(page + 14) & 0x1FFFU);
+    first[2] = std::byte{0xFF};  // of the first letter of "abcdef"
+    first[3] = std::byte{0xFE};
+    for (std::uint32_t each = 6; each < PageCount(); ++each) {
+        // The width of Town, in the second descriptor behind the fixed part.
+        if (detail::U8(Page(each)) == 2) detail::PutU16(Page(each) + 63 + 25 + 23, 4);
+    }
+    const RepairReport report = Save();
+    ASSERT_EQ(report.tables.size(), 1U);
+    EXPECT_EQ(report.tables[0].rows, 2U);
+    EXPECT_EQ(report.tables[0].valuesCut, 3U) << Sentences(report);
+    EXPECT_NE(Sentences(report).find("column Flag could not be read to its end"), std::string::npos)
+        << Sentences(report);
+    const auto after = Database::Open("new.mdb", Database::Access::ReadOnly, disk_);
+    const auto rows = testing_support::RowsOf(after->OpenTable("Flags"));
+    const auto text = [](const char* value) { return testing_support::ExactText(Value{value}); };
+    EXPECT_EQ(rows[1], (std::vector<std::string>{text("ghijkl"), text("Tr"), text("5678")}));
+}
+
+TEST_F(RepairTest, GivesAColumnOfNoWidthTheWidest) {
+    auto& bytes = disk_.Content("b.mdb");
+    // Behind the fixed part and two count blocks: the first descriptor, that of CENTRALKEY.
+    detail::PutU16(&bytes[definition_ * kPage + 63 + 2 * 12 + 23], 0);
+    const RepairReport report = Save();
+    EXPECT_EQ(Saved(), rows_);
+    EXPECT_EQ(report.losses, 1U) << Sentences(report);
+    const auto after = Database::Open("new.mdb", Database::Access::ReadOnly, disk_);
+    EXPECT_EQ(after->OpenTable("COMPS").Definition().columns[0].CharacterLimit(), 255);
+}
+
+TEST_F(RepairTest, GivesColumnsNamesThatAccessTakes) {
+    std::byte* const definition = Page(definition_);
+    std::byte* const found = NameOn(definition, u"PRICE");
+    ASSERT_NE(found, nullptr);
+    found[2] = std::byte{7};  // a bell
+    const RepairReport report = Save();
+    EXPECT_EQ(Saved(), rows_);
+    const auto after = Database::Open("new.mdb", Database::Access::ReadOnly, disk_);
+    EXPECT_EQ(after->OpenTable("COMPS").Definition().columns[1].name, "column 2");
+    EXPECT_NE(Sentences(report).find("it was called column 2"), std::string::npos) << Sentences(report);
+}
+
+// A damaged number of the code page was a fault, and nothing was saved.
+TEST(Repair, ReadsAFileOfAccess97WhoseCodePageIsDamaged) {
+    MemoryDisk disk;
+    auto file = testing_support::SampleFile97();
+    disk.Put("sound.mdb", file.Bytes());
+    file.PutMasked(0x3C, "E3 07");
+    disk.Put("old.mdb", file.Bytes());
+    const RepairReport report = Repair("old.mdb", "new.mdb", kNow, disk);
+    ASSERT_EQ(report.losses, 1U);
+    EXPECT_EQ(report.lost[0].page, 0);
+    EXPECT_NE(report.lost[0].sentence.find("code page 2019"), std::string::npos) << report.lost[0].sentence;
+    const auto before = Database::Open("sound.mdb", Database::Access::ReadOnly, disk);
+    const auto after = Database::Open("new.mdb", Database::Access::ReadOnly, disk);
+    EXPECT_EQ(testing_support::ContentsOf(*after, false), testing_support::ContentsOf(*before, false));
 }
 
 TEST_F(RepairTest, RefusesWhatIsNoDatabaseAndLeavesNothing) {

@@ -1,24 +1,19 @@
 #include <algorithm>
 
 #include "platform/jet/detail/store.h"
+#include "platform/jet/detail/table_plan.h"
 #include "platform/text/utf8.h"
 
 namespace zenvora::jet::detail {
 
 namespace {
 constexpr const Layout& kLayout = kJet4;  // the only version that is written
-constexpr std::size_t kMaxName = 64;
 constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 32;
 constexpr std::size_t kMaxIndexColumns = 10;
 
 void CheckName(const std::string& name, const char* what) {
-    const bool good = !name.empty() && text::Length(name) <= kMaxName && name.front() != ' ' &&
-                      std::none_of(name.begin(), name.end(), [](char c) {
-                          return static_cast<unsigned char>(c) < 32 ||
-                                 std::string_view(".!`[]").find(c) != std::string_view::npos;
-                      });
-    if (!good) {
+    if (!CanBeName(name)) {
         throw Fault{fault::kUnsupported, "\"" + name + "\" cannot be the name of a " + what +
                                              ": use 1 to 64 characters without . ! ` [ ]"};
     }

@@ -97,9 +97,12 @@ Layout LayoutOf(files::HostFile& file, const std::filesystem::path& path) {
 }
 }  // namespace
 
-std::unique_ptr<Pager> OpenForSalvage(const std::filesystem::path& path, files::HostDisk& disk) {
+SalvageSource OpenForSalvage(const std::filesystem::path& path, files::HostDisk& disk) {
     auto file = std::make_shared<PaddedFile>(disk.Open(path, files::OpenMode::ReadOnly));
-    const Layout layout = LayoutOf(*file, path);
+    Layout layout = LayoutOf(*file, path);
+    const std::uint16_t stated = layout.codePage;
+    // The one that can be read. A damaged number must not cost the texts, most of which are plain ASCII.
+    if (layout.codePage != 0) layout.codePage = kWindows1252;
     auto pager = std::make_unique<Pager>(file, path, layout, true);
     try {
         // A commit that was broken off is no damage: its journal still has the pages.
@@ -107,7 +110,7 @@ std::unique_ptr<Pager> OpenForSalvage(const std::filesystem::path& path, files::
     } catch (const Fault&) {
         // A journal that cannot be read leaves the pages as they are.
     }
-    return pager;
+    return {std::move(pager), stated};
 }
 
 std::optional<SalvagedDefinition> SalvageDefinition(Pager& pager, PageNumber first) {

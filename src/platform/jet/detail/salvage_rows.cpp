@@ -162,30 +162,44 @@ void RowSalvage::MendValues(StoredFields& fields) {
         if (column.type != ColumnType::Boolean && size != 0 && fields[i]->size() != size) {
             cuts_.push_back("the value in column " + column.name + " could not be read");
             fields[i].reset();
-            continue;
+        } else if (column.type == ColumnType::Text || column.type == ColumnType::Memo) {
+            MendText(i, fields[i]);
+        } else if (column.type == ColumnType::Binary && fields[i]->size() > column.byteLength) {
+            cuts_.push_back("the end of the value in column " + column.name + " could not be read");
+            fields[i] = fields[i]->first(column.byteLength);
         }
-        if (column.type != ColumnType::Text && column.type != ColumnType::Memo) continue;
-        const auto bytes = *fields[i];
-        const bool compressed =
-            bytes.size() >= 2 && bytes[0] == std::byte{0xFF} && bytes[1] == std::byte{0xFE};
-        const bool switches =
-            compressed && std::find(bytes.begin() + 2, bytes.end(), std::byte{0}) != bytes.end();
-        const auto characters = static_cast<std::size_t>(column.CharacterLimit());
-        const std::size_t most = column.type == ColumnType::Memo ? bytes.size()
-                                 : compressed                    ? characters + 2
-                                                                 : 2 * characters;
-        if (!switches && bytes.size() <= most && (compressed || bytes.size() % 2 == 0)) continue;
-        // It may end within a character: written anew it does not.
-        std::string text;
-        DecodeText(bytes.first(std::min(bytes.size(), switches ? bytes.size() : most)), text);
-        while (column.type == ColumnType::Text && Utf16Length(text) > characters)
-            text.pop_back();  // what is left of a longer character becomes U+FFFD
-        mended_[i].clear();
-        EncodeText(text, compressed, mended_[i]);
-        if (!compressed)
-            cuts_.push_back("the end of the text in column " + column.name + " could not be read");
-        fields[i] = mended_[i];
     }
+}
+
+void RowSalvage::MendText(std::size_t position, std::optional<std::span<const std::byte>>& field) {
+    const ColumnDefinition& column = Table().table.columns[position];
+    const auto bytes = *field;
+    const bool compressed = bytes.size() >= 2 && bytes[0] == std::byte{0xFF} && bytes[1] == std::byte{0xFE};
+    const auto characters = static_cast<std::size_t>(column.CharacterLimit());
+    const bool limited = column.type == ColumnType::Text;
+    if (!compressed && bytes.size() % 2 == 0 && (!limited || bytes.size() <= 2 * characters)) return;
+    const bool switches =
+        compressed && std::find(bytes.begin() + 2, bytes.end(), std::byte{0}) != bytes.end();
+    if (compressed && !switches && !column.fixedLength && (!limited || bytes.size() <= characters + 2))
+        return;
+    // It may end within a character, or run on behind its end: written anew it does not. A text of fixed
+    // length is never compressed; what looks like the mark of it is damage.
+    std::string text;
+    DecodeText(bytes, text);
+    bool cut = !compressed || column.fixedLength;
+    while (limited && Utf16Length(text) > characters) {
+        text.pop_back();  // what is left of a longer character becomes U+FFFD
+        cut = true;
+    }
+    std::vector<std::byte>& mended = mended_[position];
+    mended.clear();
+    EncodeText(text, compressed && !column.fixedLength, mended);
+    while (column.fixedLength && mended.size() < 2 * characters) {
+        mended.push_back(std::byte{' '});
+        mended.push_back(std::byte{0});
+    }
+    if (cut) cuts_.push_back("the text in column " + column.name + " could not be read to its end");
+    field = mended;
 }
 
 void RowSalvage::Give(PageNumber home, int homeRow, PageNumber page, std::span<const std::byte> bytes,

@@ -41,6 +41,7 @@ class RowSalvage : private FieldReader {
                                      std::span<const std::byte> stored) override;
     /// Takes out what cannot be a value of its column: the new file shall be sound.
     void MendValues(StoredFields& fields);
+    void MendText(std::size_t column, std::optional<std::span<const std::byte>>& field);
     void Give(PageNumber home, int homeRow, PageNumber page, std::span<const std::byte> bytes,
               const Visitor& visit);
     void Follow(PageNumber home, int homeRow, std::uint32_t pointer, const Visitor& visit);

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "platform/text/utf8.h"
+
 namespace zenvora::jet::detail {
 
 namespace {
+constexpr std::size_t kMaxName = 64;
 constexpr std::uint8_t kColumnGuidNumber = 0x40;
 
 /// What a column of Access 97 is in the newer form.
@@ -74,6 +77,14 @@ PlannedTable PlanCopy(const Pager& source, const StoredDefinition& table,
         index.otherTable = other->second;
     }
     return plan;
+}
+
+bool CanBeName(std::string_view name) {
+    return !name.empty() && text::Length(name) <= kMaxName && name.front() != ' ' &&
+           std::none_of(name.begin(), name.end(), [](char c) {
+               return static_cast<unsigned char>(c) < 32 ||
+                      std::string_view(".!`[]").find(c) != std::string_view::npos;
+           });
 }
 
 void DropIndex(PlannedTable& plan, std::size_t index) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <string_view>
 
 #include "platform/jet/detail/definition_codec.h"
 
@@ -11,6 +12,10 @@ namespace zenvora::jet::detail {
 /// relationships name tables by them. Fault 20001: its rows would not fit a page.
 [[nodiscard]] PlannedTable PlanCopy(const Pager& source, const StoredDefinition& table,
                                     const std::map<PageNumber, PageNumber>& pages);
+
+/// Whether Access takes it as the name of a table, a column or an index: 1 to 64 characters, no blank in
+/// front, no control character and none of . ! ` [ ]
+[[nodiscard]] bool CanBeName(std::string_view name);
 
 /// Takes a real index out of a plan, with its names.
 void DropIndex(PlannedTable& plan, std::size_t index);

@@ -22,12 +22,21 @@ VerifyReport Verify(const std::filesystem::path& path, files::HostDisk& disk) {
     detail::Pager pager(file, path, layout, true);
     pager.SetCacheLimit(kCacheBytes);
     if (const auto overlay = detail::Journal::Peek(disk, path, *file)) {
-        findings.Note({},
-                      "a change was broken off: the file was checked as it will be when it is next opened, "
-                      "without that change");
+        findings.Note(
+            {},
+            "a change was broken off half-way: the file was checked as it was before that change. It "
+            "is brought back to that state when it is next opened for writing; keep " +
+                detail::Journal::PathOf(path).filename().string() + " beside it until then");
         pager.SetOverlay(*overlay);
-    } else if (const std::uint64_t rest = file->Size() % layout.pageSize; rest != 0) {
-        findings.Error({}, "the file is cut off: it ends " + std::to_string(rest) + " bytes into a page");
+    } else {
+        if (detail::Journal::IsOvertaken(disk, path, *file)) {
+            findings.Note({},
+                          detail::Journal::PathOf(path).filename().string() +
+                              " stands for a change that was broken off, and another program has written to "
+                              "the file since: it is not undone, and the file was checked as it is");
+        }
+        if (const std::uint64_t rest = file->Size() % layout.pageSize; rest != 0)
+            findings.Error({}, "the file is cut off: it ends " + std::to_string(rest) + " bytes into a page");
     }
     detail::CheckHeaderDetails(pager, findings);
     detail::PageBook book(pager, findings);

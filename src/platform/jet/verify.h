@@ -36,7 +36,8 @@ struct VerifyReport {
 
 /// Checks a file page by page: header, page accounting, usage maps, definitions, rows and their values, long
 /// values, indexes against the rows, catalog. Changes nothing, and goes on behind what it finds: a damaged
-/// table does not hide the others. Takes memory in proportion to the number of pages and rows.
+/// table does not hide the others. A change that was broken off is no damage: the file is checked as it was
+/// before it, with a note. Takes memory in proportion to the number of pages and rows.
 ///
 /// Faults only when nothing can be said about the file: 53, 57, 75, 76 (the disk); 3343 (no Access database),
 /// 3031 (password), 20001 (encoded, or of a version that is not read), 3049 (cut off before the catalog).

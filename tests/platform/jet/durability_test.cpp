@@ -9,6 +9,7 @@
 
 #include "platform/fault.h"
 #include "platform/jet/detail/journal.h"
+#include "platform/jet/verify.h"
 #include "support/crash_disk.h"
 #include "support/temp_folder.h"
 #include "workload.h"
@@ -272,6 +273,70 @@ TEST(Journal, AReaderThatMayNotWriteSeesTheStateBeforeTheBrokenOffCommit) {
         ++seen;
     }
     EXPECT_GT(seen, 3);
+}
+
+/// The disk after each cut of a commit that leaves a sealed journal behind.
+void ForEachBrokenOffCommit(const CrashDisk& disk, const std::function<void(CrashDisk&)>& look) {
+    for (long n = 1; n < 100; ++n) {
+        CrashDisk each;
+        each.Put("d.mdb", CrashDisk(disk).Content("d.mdb"));
+        each.FailAt(n);
+        static_cast<void>(RunUntilFailure(each, 8, 1));
+        if (!each.Failed()) return;
+        each.FailAt(0);
+        if (!each.Exists("d.mdb-journal") || each.Content("d.mdb-journal").empty()) continue;
+        if (each.Content("d.mdb-journal")[0] == std::byte{0}) continue;
+        look(each);
+    }
+}
+
+TEST(Journal, OfABrokenOffCommitIsNoDamageToTheCheckAndStaysAsItIs) {
+    CrashDisk disk;
+    PrepareWorkload("d.mdb", disk);
+    static_cast<void>(RunUntilFailure(disk, 7, 2));
+    const auto before = disk.Content("d.mdb");
+    int torn = 0;
+    ForEachBrokenOffCommit(disk, [&](CrashDisk& each) {
+        const auto file = each.Content("d.mdb");
+        const auto journal = each.Content("d.mdb-journal");
+        ReadOnlyDisk protectedDisk(each);
+        for (files::HostDisk* way :
+             {static_cast<files::HostDisk*>(&each), static_cast<files::HostDisk*>(&protectedDisk)}) {
+            const VerifyReport report = Verify("d.mdb", *way);
+            EXPECT_TRUE(report.Sound()) << report.findings.front().sentence;
+            ASSERT_EQ(report.findings.size(), 1U);
+            EXPECT_NE(report.findings[0].sentence.find("a change was broken off"), std::string::npos);
+            EXPECT_NE(report.findings[0].sentence.find("keep d.mdb-journal beside it"), std::string::npos);
+        }
+        EXPECT_EQ(each.Content("d.mdb"), file);
+        EXPECT_EQ(each.Content("d.mdb-journal"), journal);
+        torn += file != before ? 1 : 0;
+    });
+    EXPECT_GT(torn, 2) << "the file itself was never half written";
+}
+
+TEST(Journal, ThatAnotherProgramHasOvertakenIsToldByTheCheck) {
+    CrashDisk disk;
+    PrepareWorkload("d.mdb", disk);
+    static_cast<void>(RunUntilFailure(disk, 7, 2));
+    const auto before = disk.Content("d.mdb");
+    int overtaken = 0;
+    ForEachBrokenOffCommit(disk, [&](CrashDisk& each) {
+        auto& bytes = each.Content("d.mdb");
+        if (bytes != before) return;
+        // Another program writes a date of its own into the header.
+        bytes[0x72] ^= std::byte{1};
+        const auto changed = bytes;
+        const VerifyReport report = Verify("d.mdb", each);
+        ASSERT_FALSE(report.findings.empty());
+        EXPECT_NE(report.findings[0].sentence.find("another program has written to the file since"),
+                  std::string::npos)
+            << report.findings[0].sentence;
+        EXPECT_EQ(each.Content("d.mdb"), changed);
+        EXPECT_TRUE(each.Exists("d.mdb-journal"));
+        ++overtaken;
+    });
+    EXPECT_GT(overtaken, 0);
 }
 
 TEST(Journal, AFolderThatTakesNoJournalIsFoundOutBeforeAnythingIsChanged) {

@@ -273,4 +273,11 @@ std::optional<Journal::OldPages> Journal::Peek(files::HostDisk& disk, const std:
     return old;
 }
 
+bool Journal::IsOvertaken(files::HostDisk& disk, const std::filesystem::path& database,
+                          files::HostFile& file) {
+    std::unique_ptr<files::HostFile> journal;
+    const auto sealed = FindSealed(disk, PathOf(database), journal, files::OpenMode::ReadOnly);
+    return sealed && !IsOurs(*journal, *sealed, file);
+}
+
 }  // namespace zenvora::jet::detail

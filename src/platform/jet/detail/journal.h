@@ -75,6 +75,9 @@ class Journal {
     [[nodiscard]] static std::optional<OldPages> Peek(files::HostDisk& disk,
                                                       const std::filesystem::path& database,
                                                       files::HostFile& file);
+    /// Whether there is a sealed journal that Recover would keep aside.
+    [[nodiscard]] static bool IsOvertaken(files::HostDisk& disk, const std::filesystem::path& database,
+                                          files::HostFile& file);
     /// Puts the old pages of the sealed journal back into the database, and its length.
     void Undo(files::HostFile& database);
 

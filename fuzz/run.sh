@@ -18,7 +18,7 @@ if ! command -v clang++ >/dev/null ||
 fi
 
 # Three quarters of the time for the targets over .mdb files: name, kind of seeds, share of the time in percent.
-targets=("jet_open jet 25" "jet_verify jet 25" "jet_write jet 30"
+targets=("jet_open jet 20" "jet_verify jet 20" "jet_write jet 20" "jet_repair jet 20"
     "delimited delimited 5" "xml xml 5" "map map 5" "sql sql 5")
 names=("${targets[@]%% *}")
 build fuzz fuzz_seeds "${names[@]/#/fuzz_}"

@@ -76,8 +76,8 @@ class Recordset {
     [[nodiscard]] jet::Value Value(int field) const;
     [[nodiscard]] jet::Value Value(std::string_view name) const;
     /// The value in the record at a position from 0, whichever record is current: for grids, which show many
-    /// records and move none. A change pending on the current record shows in its row. Fault 3021: there is no
-    /// such position.
+    /// records and move none. A change pending on the current record shows in its row. Fault 3021: there is
+    /// no such position.
     [[nodiscard]] jet::Value ValueAt(long position, int field) const;
     [[nodiscard]] bool IsNull(int field) const;
     /// The number of a numeric, date or Boolean field without building a Value; 0 for Null and for text.

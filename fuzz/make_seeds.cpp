@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const fs::path folder = argv[1];
-    for (const char* kind : {"jet", "delimited", "xml", "map", "sql"})
+    for (const char* kind : {"jet", "delimited", "xml", "map", "sql", "ini"})
         fs::create_directories(folder / kind);
     try {
         MakeDatabook(folder / "jet/empty_table.mdb", 0, false);
@@ -122,5 +122,12 @@ int main(int argc, char** argv) {
     WriteSeed(folder / "sql/insert.sql", "INSERT INTO COMPS (A, B) VALUES ('x', -1.5e3), (Null, #1/2/2010#)");
     WriteSeed(folder / "sql/add.sql", "ALTER TABLE COMPS ADD COLUMN X CHAR(4)");
     WriteSeed(folder / "sql/default.sql", "ALTER TABLE COMPS ALTER COLUMN X SET DEFAULT '1'");
+    // The names of the key that is set, and the file.
+    using namespace std::string_view_literals;
+    WriteSeed(folder / "ini/settings.ini",
+              "CONFIG\0ADDZEROES\0; mine\r\n[Config]\r\nAddZeroes = \"1\"\r\n\r\n[B]\r\nK=\r\n"sv);
+    WriteSeed(folder / "ini/list.ini", "L\0ITEM\0[L]\nITEM01=a\nITEM02=b\nITEM04=d\nno key\n=\n"sv);
+    WriteSeed(folder / "ini/old.ini", "A\0K\0[A]\r\nK=\xE9\r\n"sv);
+    WriteSeed(folder / "ini/wide.ini", "A\0K\0\xFF\xFE[\0A\0]\0\n\0K\0=\0"sv);
     return 0;
 }

@@ -8,6 +8,7 @@ namespace zenvora::common {
 /// drive letters. They do not follow later changes of the settings file.
 struct Settings {
     std::string windowsDirectory;      ///< with its backslash: "C:\WINDOWS\"
+    std::string systemDirectory;       ///< as the system gives it: "C:\WINDOWS\SYSTEM32"
     std::string drive;                 ///< "C:"
     std::string appraiseDirectory;     ///< "\Appraise"
     std::string settingsFile;          ///< path of ZVR.INI
@@ -16,6 +17,8 @@ struct Settings {
     std::string userDirectory;         ///< USERDIR
     std::string dataFile;              ///< DATAFILE: name without directory
     std::string filePathChoice;        ///< MDBFILEPATH: "1" always starts from the data directory
+    std::string splash1;               ///< SPLASH1, kept for the dialogs that store it: nothing looks at it
+    std::string splash2;               ///< SPLASH2, as SPLASH1
     std::string launchChoice;          ///< LAUNCHKRN: "0" asks whether to launch KRN
     bool addZeroes = true;             ///< ADDZEROES: three zeroes behind prices below 1,000
     bool notice500 = true;             ///< 500REC: the notice about large Databooks

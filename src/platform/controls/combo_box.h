@@ -21,6 +21,8 @@ class ComboBox final : public ListControl {
     void AddItem(std::string text);
     /// Puts these entries in the place of the old ones, and tells the views once; the text stays.
     void SetItems(std::vector<std::string> items);
+    /// Adds entries at the end, in one go for the views.
+    void AddItems(std::vector<std::string> texts);
     /// Drops the entries; the text stays.
     void Clear();
 

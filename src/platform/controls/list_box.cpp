@@ -27,6 +27,13 @@ void ListBox::AddItem(std::string text, int index) {
     TellViews(Property::Items);
 }
 
+void ListBox::AddItems(std::vector<std::string> texts) {
+    if (texts.empty()) return;
+    for (std::string& text : texts)
+        items_.push_back(Item{std::move(text)});
+    TellViews(Property::Items);
+}
+
 void ListBox::RemoveItem(int index) {
     CheckPlace(index, ListCount());
     items_.erase(items_.begin() + index);

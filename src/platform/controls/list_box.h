@@ -32,6 +32,8 @@ class ListBox final : public ListControl {
     void AddItem(std::string text);
     /// Adds an entry in front of the one at `index`, which may be the count. Fault 9: beyond that.
     void AddItem(std::string text, int index);
+    /// Adds entries at the end, in one go for the views.
+    void AddItems(std::vector<std::string> texts);
     /// Fault 9: there is no such place.
     void RemoveItem(int index);
     void Clear();

@@ -52,6 +52,10 @@ std::string_view Environment(const char* name) {
 
 DriveMap::DriveMap(std::filesystem::path driveC) : driveC_(std::move(driveC)) {}
 
+DriveMap DriveMap::Nowhere() {
+    return DriveMap("/dev/null");  // a path below what is no folder: absent, and refused to every write
+}
+
 std::filesystem::path DriveMap::HostPath(std::string_view textPath) const {
     std::filesystem::path host = driveC_;
     if (textPath.size() >= 2 && textPath[1] == ':') {

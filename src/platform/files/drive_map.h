@@ -17,6 +17,8 @@ class DriveMap {
   public:
     /// `driveC` is the host folder of C:. Nothing is made there.
     explicit DriveMap(std::filesystem::path driveC);
+    /// A map whose C: holds nothing and takes nothing: for programs that have no files of their own.
+    [[nodiscard]] static DriveMap Nowhere();
 
     /// The host path of a text path: "C:\ZVR\NEWDATA.MDB", "Z:\home\x", "\Appraise", "ZVR.INI". Faults: 76.
     [[nodiscard]] std::filesystem::path HostPath(std::string_view textPath) const;

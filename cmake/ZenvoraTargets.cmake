@@ -50,6 +50,18 @@ function(zenvora_library name folder)
     endif()
 endfunction()
 
+# zenvora_qt_library(NAME FOLDER [DEPENDENCY...]): the same for a folder that stands on Qt, with Qt's headers compiled once.
+function(zenvora_qt_library name folder)
+    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
+    add_library(${name} STATIC ${sources})
+    target_link_libraries(${name} PUBLIC zenvora_options ${ARGN} Qt6::Widgets)
+    # Qt's own macros of words that the code could use ("emit" apart).
+    target_compile_definitions(${name} PRIVATE QT_NO_FOREACH QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_ASCII)
+    target_precompile_headers(${name} PRIVATE
+        <algorithm> <functional> <map> <memory> <optional> <string> <string_view> <utility> <vector>
+        <QtWidgets/QtWidgets>)
+endfunction()
+
 # zenvora_test(NAME FOLDER [DEPENDENCY...]): every *_test.cpp in tests/FOLDER as one GoogleTest program.
 function(zenvora_test name folder)
     file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${folder}/*.cpp)
@@ -60,4 +72,16 @@ function(zenvora_test name folder)
     target_link_libraries(${name} PRIVATE ${ARGN} zenvora_test_support GTest::gtest_main)
     target_precompile_headers(${name} REUSE_FROM zenvora_test_support)
     add_test(NAME ${name} COMMAND ${name})
+endfunction()
+
+# zenvora_qt_test(NAME FOLDER [DEPENDENCY...]): the same with Qt Test, and a main() of its own for the toolkit.
+function(zenvora_qt_test name folder)
+    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${folder}/*.cpp)
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE ${ARGN} zenvora_test_support GTest::gtest Qt6::Test)
+    target_precompile_headers(${name} PRIVATE
+        <algorithm> <functional> <map> <memory> <optional> <string> <string_view> <utility> <vector>
+        <gtest/gtest.h> <QtTest/QtTest> <QtWidgets/QtWidgets>)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=offscreen)
 endfunction()

@@ -66,6 +66,7 @@ class Grid final : public Control {
     void DblClick();
     void OnClick(std::function<void()> rule) { clickRule_ = std::move(rule); }
     void OnDblClick(std::function<void()> rule) { dblClickRule_ = std::move(rule); }
+    [[nodiscard]] bool HasDblClickRule() const noexcept { return static_cast<bool>(dblClickRule_); }
 
   private:
     std::vector<GridColumn> columns_;

@@ -57,6 +57,7 @@ class ListBox final : public ListControl {
     /// The user's double click, or Enter, on the selected entry.
     void DblClick();
     void OnDblClick(std::function<void()> rule) { dblClickRule_ = std::move(rule); }
+    [[nodiscard]] bool HasDblClickRule() const noexcept { return static_cast<bool>(dblClickRule_); }
 
   private:
     struct Item {

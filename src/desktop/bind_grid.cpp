@@ -1,0 +1,114 @@
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <algorithm>
+#include <memory>
+
+#include "desktop/binder.h"
+#include "desktop/event_watch.h"
+#include "desktop/grid_model.h"
+#include "desktop/qt_desktop.h"
+#include "desktop/quiet.h"
+#include "desktop/strings.h"
+
+namespace zenvora::desktop {
+
+using controls::Property;
+
+namespace {
+
+/// Widths of the columns: those of the layout, as wide as the font needs; the widest column takes what is
+/// left over.
+void ShowColumns(QTableView& view, const controls::Grid& grid) {
+    // The layout's widths are those of a font with characters of five pixels.
+    const double scale = std::max(1.0, view.fontMetrics().averageCharWidth() / 5.0);
+    QHeaderView& header = *view.horizontalHeader();
+    int widest = -1;
+    for (int column = 0; column < static_cast<int>(grid.Columns().size()); ++column) {
+        const controls::GridColumn& shape = grid.Columns()[static_cast<std::size_t>(column)];
+        const int caption = header.sectionSizeHint(column);
+        header.setSectionResizeMode(column, QHeaderView::Interactive);
+        view.setColumnWidth(column, std::max(static_cast<int>(PixelsOf(shape.width) * scale), caption));
+        if (widest < 0 || shape.width > grid.Columns()[static_cast<std::size_t>(widest)].width)
+            widest = column;
+    }
+    if (widest >= 0) header.setSectionResizeMode(widest, QHeaderView::Stretch);
+}
+
+void SetUp(QTableView& view) {
+    view.setSelectionBehavior(QAbstractItemView::SelectRows);
+    view.setSelectionMode(QAbstractItemView::SingleSelection);
+    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view.setTabKeyNavigation(false);
+    view.setAlternatingRowColors(true);
+    view.setShowGrid(false);
+    view.setWordWrap(false);
+    view.setCornerButtonEnabled(false);
+    view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    view.verticalHeader()->hide();
+    // Rows of one height, so that a hundred thousand of them need no measuring.
+    view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    view.verticalHeader()->setDefaultSectionSize(view.fontMetrics().height() + 8);
+    view.horizontalHeader()->setHighlightSections(false);
+    view.horizontalHeader()->setMinimumSectionSize(24);
+}
+
+}  // namespace
+
+QTableView* Binder::Bind(controls::Grid& control) {
+    auto* const view = new QTableView;
+    SetUp(*view);
+    // Later, because a cell is read while it is painted.
+    const auto failed = [this](const std::exception_ptr& fault) {
+        if (!attached_) return;
+        QMetaObject::invokeMethod(
+            context_, [this, fault] { User([&] { std::rethrow_exception(fault); }); }, Qt::QueuedConnection);
+    };
+    auto* const model = new GridModel(control, failed, view);
+    partings_.emplace_back([model] { model->Drop(); });
+    view->setModel(model);
+    ShowColumns(*view, control);
+
+    const auto showing = std::make_shared<bool>(false);
+    const auto showCurrent = [view, model, &control, showing] {
+        const Quiet quiet(*showing);
+        const QModelIndex cell = model->index(control.Row(), control.Col());
+        if (cell != view->currentIndex() || !view->selectionModel()->isSelected(cell))
+            view->setCurrentIndex(cell);
+    };
+    const auto show = [view, model, &control, showing, showCurrent,
+                       columns = control.Columns().size()](Property property) mutable {
+        if (property == Property::Items) {
+            const Quiet quiet(*showing);
+            const int top = view->verticalScrollBar()->value();
+            if (model->Refresh()) view->verticalScrollBar()->setValue(top);
+            if (control.Columns().size() != std::exchange(columns, control.Columns().size()))
+                ShowColumns(*view, control);
+        }
+        if (property == Property::Items || property == Property::Selection) showCurrent();
+    };
+    Attach(control, *view, show);
+    showCurrent();
+
+    connect(view->selectionModel(), &QItemSelectionModel::currentChanged, context_,
+            [this, &control, showing, showCurrent](const QModelIndex& cell) {
+                if (*showing || !cell.isValid()) return;
+                User([&] { control.MoveTo(cell.row(), cell.column()); });
+                if (attached_) showCurrent();
+            });
+    connect(view, &QTableView::clicked, context_, [this, &control] { User([&] { control.Click(); }); });
+    const auto pressed = [this, &control] { User([&] { control.DblClick(); }); };
+    connect(view, &QTableView::doubleClicked, context_, pressed);
+    // What the mouse does by a double click the keyboard does by Enter and by the space bar.
+    auto* const watch = new EventWatch(view, [this, view, &control, pressed](QEvent& event) {
+        if (event.type() != QEvent::KeyPress || !attached_ || !control.HasDblClickRule()) return false;
+        const int key = static_cast<const QKeyEvent&>(event).key();
+        if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) return false;
+        if (view->currentIndex().isValid()) pressed();
+        return true;
+    });
+    view->installEventFilter(watch);
+    return view;
+}
+
+}  // namespace zenvora::desktop

@@ -1,0 +1,277 @@
+#include "desktop/binder.h"
+
+#include <QDialog>
+#include <QDragEnterEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QScreen>
+#include <algorithm>
+
+#include "desktop/qt_desktop.h"
+#include "desktop/shades.h"
+#include "desktop/strings.h"
+
+namespace zenvora::desktop {
+
+using controls::Control;
+using controls::Property;
+
+QString ObjectName(const Control& control) {
+    const QString name = Shown(control.Name());
+    return control.Index() == Control::kNoIndex ? name
+                                                : name + QLatin1Char('_') + QString::number(control.Index());
+}
+
+Binder::Binder(QtDesktop& screen, controls::Form& form)
+    : screen_(screen), form_(form), context_(new QObject(this)) {}
+
+void Binder::User(const std::function<void()>& rule) {
+    if (attached_) screen_.User(form_.Program(), rule);
+}
+
+void Binder::Detach() {
+    attached_ = false;
+    observations_.clear();
+    formObservation_.reset();
+    delete std::exchange(context_, nullptr);
+    for (const std::function<void()>& part : partings_)
+        part();
+    partings_.clear();
+    ties_.clear();
+    watched_.clear();
+}
+
+QWidget* Binder::WidgetOf(const Control& control) const {
+    const auto found =
+        std::find_if(ties_.begin(), ties_.end(), [&](const Tie& tie) { return tie.control == &control; });
+    return found == ties_.end() ? nullptr : found->widget;
+}
+
+void Binder::Name(QWidget& widget, const std::string& name) {
+    widget.setAccessibleName(Shown(controls::PlainCaption(name)));
+}
+
+// ---- what all controls have in common ----
+
+void Binder::Attach(Control& control, QWidget& widget, Show show) {
+    widget.setObjectName(ObjectName(control));
+    ties_.push_back({&control, &widget});
+    Watch(control, widget);
+    for (const Property property :
+         {Property::Enabled, Property::Visible, Property::BackColor, Property::ToolTipText}) {
+        ShowCommon(control, widget, property);
+    }
+    observations_.push_back(
+        control.Observe([this, &control, &widget, show = std::move(show)](Property property) {
+            ShowCommon(control, widget, property);
+            show(property);
+        }));
+}
+
+void Binder::Watch(Control& control, QWidget& widget) {
+    // The focus of a composite widget is that of the part which takes it.
+    QWidget* const taker = widget.focusProxy() == nullptr ? &widget : widget.focusProxy();
+    taker->installEventFilter(this);
+    watched_.insert(taker, &control);
+}
+
+void Binder::ShowCommon(const Control& control, QWidget& widget, Property property) {
+    switch (property) {
+        case Property::Enabled:
+            widget.setEnabled(control.Enabled());
+            break;
+        case Property::Visible:
+            widget.setVisible(control.Visible());
+            break;
+        case Property::BackColor:
+            ShowBackColor(control, widget);
+            break;
+        case Property::ToolTipText: {
+            // A tip is plain text, whatever signs it holds.
+            const QString tip = Shown(control.ToolTipText());
+            widget.setToolTip(Qt::mightBeRichText(tip) ? Qt::convertFromPlainText(tip) : tip);
+            break;
+        }
+        case Property::Focus:
+            widget.setFocus(Qt::OtherFocusReason);
+            break;
+        default:
+            break;
+    }
+}
+
+void Binder::ShowBackColor(const Control& control, QWidget& widget) const {
+    if (control.BackColor() == controls::kWhite) {
+        if (widget.testAttribute(Qt::WA_SetPalette)) widget.setPalette(QPalette());
+        return;
+    }
+    const Shade shade = ShadeOf(control.BackColor(), QGuiApplication::palette());
+    QPalette palette;
+    for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Window, QPalette::Button})
+        palette.setColor(role, shade.back);
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        palette.setColor(role, shade.text);
+    widget.setPalette(palette);
+    if (qobject_cast<QLabel*>(&widget) != nullptr) widget.setAutoFillBackground(true);
+}
+
+// ---- the window ----
+
+void Binder::SetWindow(QWidget& window) {
+    window_ = &window;
+    window.installEventFilter(this);
+    window.setObjectName(Shown(form_.Name()));
+    window.setAcceptDrops(form_.TakesFiles());
+    QWidget* before = nullptr;
+    for (const Control* control : form_.Controls()) {
+        QWidget* const widget = WidgetOf(*control);
+        if (widget == nullptr || widget->focusPolicy() == Qt::NoFocus) continue;
+        if (before != nullptr) QWidget::setTabOrder(before, widget);
+        before = widget;
+    }
+    window.setWindowTitle(Shown(form_.Caption()));
+    ShowPlacement();
+    formObservation_ = form_.Observe([this](controls::Form::Change change) {
+        if (change == controls::Form::Change::Caption) window_->setWindowTitle(Shown(form_.Caption()));
+        if (change == controls::Form::Change::Placement) ShowPlacement();
+    });
+}
+
+void Binder::GiveFocus() {
+    if (Control* const active = form_.ActiveControl(); active != nullptr) {
+        if (QWidget* const widget = WidgetOf(*active); widget != nullptr) return widget->setFocus();
+    }
+    for (Control* control : form_.Controls()) {
+        QWidget* const widget = WidgetOf(*control);
+        if (widget == nullptr || (widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+        if (!widget->isEnabledTo(window_) || !widget->isVisibleTo(window_)) continue;
+        return User([&] { form_.SetFocus(*control); });
+    }
+}
+
+void Binder::ShowPlacement() {
+    const controls::Placement& placement = form_.Placement();
+    placing_ = true;
+    const QSize designed(PixelsOf(placement.width), PixelsOf(placement.height));
+    // The designed size is that of another font: it may be too small, and the screen too.
+    QSize size = designed.expandedTo(window_->sizeHint());
+    if (const QScreen* const screen = window_->screen(); screen != nullptr)
+        size = size.boundedTo(screen->availableSize());
+    if (!window_->isVisible() || designed != window_->size()) window_->resize(size);
+    const QPoint place(PixelsOf(placement.left), PixelsOf(placement.top));
+    // A dialog that was given no place of its own stands in front of the window below it.
+    const bool isDialog = qobject_cast<QDialog*>(window_) != nullptr;
+    if (!place.isNull() || !isDialog) {
+        const QScreen* const screen = window_->screen();
+        window_->move(place + (screen == nullptr ? QPoint() : screen->availableGeometry().topLeft()));
+    }
+    placing_ = false;
+}
+
+void Binder::TellPlacement() {
+    if (!attached_ || placing_ || !window_->isVisible()) return;
+    const QScreen* const screen = window_->screen();
+    const QPoint place =
+        window_->pos() - (screen == nullptr ? QPoint() : screen->availableGeometry().topLeft());
+    constexpr float kTwips = 15;
+    form_.PlacementIs({.left = static_cast<float>(place.x()) * kTwips,
+                       .top = static_cast<float>(place.y()) * kTwips,
+                       .width = static_cast<float>(window_->width()) * kTwips,
+                       .height = static_cast<float>(window_->height()) * kTwips});
+}
+
+// ---- what the user does ----
+
+bool Binder::eventFilter(QObject* watched, QEvent* event) {
+    if (!attached_) return false;
+    if (watched == window_) return WindowEvent(*event);
+    const auto found = watched_.constFind(watched);
+    if (found == watched_.constEnd()) return false;
+    if (event->type() == QEvent::FocusIn) {
+        // Coming back to a window or out of a menu gives the focus to the control that has it: no rule runs.
+        User([&] { form_.SetFocus(**found); });
+        // A rule may have sent the focus elsewhere; the widget must not think that it came.
+        return QApplication::focusWidget() != watched;
+    }
+    return false;
+}
+
+bool Binder::WindowEvent(QEvent& event) {
+    switch (event.type()) {
+        case QEvent::Close:
+            event.ignore();
+            screen_.CloseWhenIdle(form_);
+            return true;
+        case QEvent::KeyPress:
+            return KeyPressed(static_cast<const QKeyEvent&>(event));
+        case QEvent::Move:
+        case QEvent::Resize:
+            TellPlacement();
+            return false;
+        case QEvent::WindowActivate:
+            screen_.WindowActivated(form_);
+            return false;
+        case QEvent::ApplicationPaletteChange:
+            for (const Tie& tie : ties_) {
+                if (tie.control->BackColor() != controls::kWhite) ShowBackColor(*tie.control, *tie.widget);
+            }
+            return false;
+        case QEvent::DragEnter: {
+            auto& drag = static_cast<QDragEnterEvent&>(event);
+            if (drag.mimeData()->hasUrls() && drag.mimeData()->urls().constFirst().isLocalFile())
+                drag.acceptProposedAction();
+            return true;
+        }
+        case QEvent::Drop: {
+            auto& drop = static_cast<QDropEvent&>(event);
+            drop.acceptProposedAction();
+            const QString path = drop.mimeData()->urls().constFirst().toLocalFile();
+            // Later, so that the program it comes from need not wait for what is done with it.
+            QMetaObject::invokeMethod(
+                context_, [this, path] { User([&] { form_.DropFile(Stored(path)); }); },
+                Qt::QueuedConnection);
+            return true;
+        }
+        default:
+            return false;
+    }
+}
+
+bool Binder::KeyPressed(const QKeyEvent& key) {
+    const bool plain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (!plain) return false;
+    switch (key.key()) {
+        case Qt::Key_F1:
+            User([this] { form_.Help(); });
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (auto* const button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+                button != nullptr && !button->isCheckable()) {
+                button->click();
+                return true;
+            }
+            Pressed(&controls::CommandButton::Default);
+            return true;
+        case Qt::Key_Escape:
+            Pressed(&controls::CommandButton::Cancel);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void Binder::Pressed(bool (controls::CommandButton::*which)() const noexcept) {
+    for (Control* control : form_.Controls()) {
+        auto* const button = dynamic_cast<controls::CommandButton*>(control);
+        if (button == nullptr || !(button->*which)()) continue;
+        // As with the mouse: the focus goes there first, so that the rule of leaving has run.
+        if (QWidget* const widget = WidgetOf(*button); widget != nullptr && widget->isEnabled()) {
+            widget->setFocus(Qt::ShortcutFocusReason);
+            return User([button] { button->Click(); });
+        }
+    }
+}
+
+}  // namespace zenvora::desktop

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QTest>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/qt_desktop.h"
+#include "platform/controls/forms.h"
+
+namespace zenvora::testing_support {
+
+/// Processes what is under way.
+inline void Settle() {
+    for (int round = 0; round < 3; ++round)
+        QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/// Does something once the program waits in a loop of its own: in a modal dialog, say.
+inline void Soon(std::function<void()> user) {
+    QTimer::singleShot(0, QCoreApplication::instance(), std::move(user));
+}
+
+}  // namespace zenvora::testing_support

@@ -17,15 +17,9 @@ namespace {
 
 void ShowItems(QComboBox& box, const controls::ComboBox& control) {
     const QSignalBlocker quiet(box);
-    // Entries only ever come at the end, one by one.
-    const int kept = box.count();
-    if (control.ListCount() == kept + 1) {
-        box.addItem(Shown(control.List(kept)));
-    } else {
-        box.clear();
-        for (int index = 0; index < control.ListCount(); ++index)
-            box.addItem(Shown(control.List(index)));
-    }
+    box.clear();
+    for (int index = 0; index < control.ListCount(); ++index)
+        box.addItem(Shown(control.List(index)));
 }
 
 void ShowChosen(QComboBox& box, const controls::ComboBox& control) {

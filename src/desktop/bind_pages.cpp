@@ -21,6 +21,7 @@ QGroupBox* Binder::Bind(controls::Frame& control) {
     };
     Attach(control, *box, show);
     show(Property::Text);
+    OnMouse(*box, QEvent::MouseButtonDblClick, [&control] { control.DblClick(); });
     return box;
 }
 

@@ -1,7 +1,9 @@
+#include <QMouseEvent>
 #include <algorithm>
 #include <limits>
 
 #include "desktop/binder.h"
+#include "desktop/event_watch.h"
 #include "desktop/link_button.h"
 #include "desktop/strings.h"
 
@@ -50,7 +52,21 @@ QLineEdit* Binder::Bind(controls::TextBox& control) {
         // A rule that ended the program before it began leaves the old text.
         ShowText(*edit, Shown(control.Text()), control.MaxLength());
     });
+    OnMouse(*edit, QEvent::MouseButtonRelease, [&control] { control.Click(); });
     return edit;
+}
+
+void Binder::OnMouse(QWidget& widget, QEvent::Type type, const std::function<void()>& rule) {
+    auto* const watch = new EventWatch(&widget, [this, &widget, type, rule](QEvent& event) {
+        if (event.type() != type || !attached_) return false;
+        const auto& mouse = static_cast<const QMouseEvent&>(event);
+        if (mouse.button() != Qt::LeftButton || widget.childAt(mouse.position().toPoint()) != nullptr)
+            return false;
+        QMetaObject::invokeMethod(
+            context_, [this, rule] { User(rule); }, Qt::QueuedConnection);
+        return false;
+    });
+    widget.installEventFilter(watch);
 }
 
 QLabel* Binder::Bind(controls::Label& control) {
@@ -61,6 +77,7 @@ QLabel* Binder::Bind(controls::Label& control) {
     };
     Attach(control, *label, show);
     show(Property::Text);
+    OnMouse(*label, QEvent::MouseButtonDblClick, [&control] { control.DblClick(); });
     return label;
 }
 
@@ -75,6 +92,7 @@ QAbstractButton* Binder::BindLink(controls::Label& control) {
     Attach(control, *link, show);
     show(Property::Text);
     connect(link, &QAbstractButton::clicked, context_, [this, &control] { User([&] { control.Click(); }); });
+    OnMouse(*link, QEvent::MouseButtonDblClick, [&control] { control.DblClick(); });
     return link;
 }
 

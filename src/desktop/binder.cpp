@@ -38,6 +38,7 @@ void Binder::Detach() {
     for (const std::function<void()>& part : partings_)
         part();
     partings_.clear();
+    themes_.clear();
     ties_.clear();
     watched_.clear();
 }
@@ -102,7 +103,7 @@ void Binder::ShowCommon(const Control& control, QWidget& widget, Property proper
 }
 
 void Binder::ShowBackColor(const Control& control, QWidget& widget) const {
-    if (control.BackColor() == controls::kWhite) {
+    if (IsPlain(control.BackColor())) {
         if (widget.testAttribute(Qt::WA_SetPalette)) widget.setPalette(QPalette());
         return;
     }
@@ -214,8 +215,10 @@ bool Binder::WindowEvent(QEvent& event) {
             return false;
         case QEvent::ApplicationPaletteChange:
             for (const Tie& tie : ties_) {
-                if (tie.control->BackColor() != controls::kWhite) ShowBackColor(*tie.control, *tie.widget);
+                if (!IsPlain(tie.control->BackColor())) ShowBackColor(*tie.control, *tie.widget);
             }
+            for (const std::function<void()>& follow : themes_)
+                follow();
             return false;
         case QEvent::DragEnter: {
             auto& drag = static_cast<QDragEnterEvent&>(event);

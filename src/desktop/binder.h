@@ -16,6 +16,7 @@
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTextBrowser>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -33,6 +34,7 @@
 #include "platform/controls/month_view.h"
 #include "platform/controls/option_button.h"
 #include "platform/controls/progress_bar.h"
+#include "platform/controls/rich_text.h"
 #include "platform/controls/tab_pages.h"
 #include "platform/controls/text_box.h"
 
@@ -73,6 +75,7 @@ class Binder final : public QObject {
     [[nodiscard]] QTableView* Bind(controls::Grid& control);
     [[nodiscard]] QProgressBar* Bind(controls::ProgressBar& control);
     [[nodiscard]] QCalendarWidget* Bind(controls::MonthView& control);
+    [[nodiscard]] QTextBrowser* Bind(controls::RichText& control);
     /// Fills a menu bar with the form's menus.
     void BindMenus(QMenuBar& bar);
 
@@ -103,6 +106,8 @@ class Binder final : public QObject {
     void ShowCommon(const controls::Control& control, QWidget& widget, controls::Property property);
     void ShowBackColor(const controls::Control& control, QWidget& widget) const;
     [[nodiscard]] QAction* BindItem(controls::MenuItem& item, QWidget& parent);
+    /// Runs `rule` on mouse events of that type on the widget itself, behind what the widget does.
+    void OnMouse(QWidget& widget, QEvent::Type type, const std::function<void()>& rule);
     void Watch(controls::Control& control, QWidget& widget);
     [[nodiscard]] bool KeyPressed(const QKeyEvent& key);
     void Pressed(bool (controls::CommandButton::*which)() const noexcept);
@@ -124,6 +129,7 @@ class Binder final : public QObject {
     std::vector<Tie> ties_;
     QHash<const QObject*, controls::Control*> watched_;
     std::vector<controls::Observation> observations_;
+    std::vector<std::function<void()>> themes_;  ///< what is drawn anew when the colours of the theme change
     std::vector<std::function<void()>> partings_;  ///< what the models of lists and grids do at the end
     controls::Form::FormObservation formObservation_;
 };

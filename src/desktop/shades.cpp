@@ -27,9 +27,27 @@ bool IsDark(const QPalette& palette) {
            Luminance(palette.color(QPalette::Active, QPalette::Text));
 }
 
+bool IsPlain(controls::Color color) {
+    return color == controls::kWhite || color >= controls::kSystemColor;
+}
+
+QColor ReadableOn(const QColor& back, const QColor& color) {
+    constexpr double kReadsWell = 4.5;
+    if (Contrast(back, color) >= kReadsWell) return color;
+    const bool lighter = Contrast(back, Qt::white) > Contrast(back, Qt::black);
+    const float saturation = color.hslSaturationF();
+    QColor changed = color;
+    for (float lightness = color.lightnessF(); lightness >= 0 && lightness <= 1;
+         lightness += lighter ? 0.05F : -0.05F) {
+        changed = QColor::fromHslF(std::max(color.hslHueF(), 0.0F), saturation, lightness);
+        if (Contrast(back, changed) >= kReadsWell) return changed;
+    }
+    return lighter ? Qt::white : Qt::black;
+}
+
 Shade ShadeOf(controls::Color color, const QPalette& palette) {
     const QColor text = palette.color(QPalette::Active, QPalette::Text);
-    if (color == controls::kWhite) return {palette.color(QPalette::Active, QPalette::Base), text};
+    if (IsPlain(color)) return {palette.color(QPalette::Active, QPalette::Base), text};
     QColor back = QColor::fromRgb(static_cast<QRgb>(color));
     if (IsDark(palette)) {
         // The same hue, as dark as the ground around it; a grey stays grey.

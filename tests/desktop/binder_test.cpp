@@ -87,6 +87,7 @@ class KindsForm final : public Form {
         Add(tdbgRows);
         Add(bar);
         Add(mvwDate);
+        Add(rtbHelp);
         AddMenu({&mnuFile, {{&mnuItem[0]}, {}, {&mnuItem[1]}}});
         cmdOK.OnClick([this] { events.emplace_back("ok"); });
         cmdCancel.OnClick([this] { events.emplace_back("cancel"); });
@@ -118,6 +119,7 @@ class KindsForm final : public Form {
     controls::Grid tdbgRows{"tdbgRows"};
     controls::ProgressBar bar{"bar"};
     controls::MonthView mvwDate{"mvwDate"};
+    controls::RichText rtbHelp{"rtbHelp"};
     controls::MenuItem mnuFile{"mnuFile"};
     controls::ControlArray<controls::MenuItem> mnuItem{"mnuItem", 2};
 
@@ -164,6 +166,7 @@ QWidget* LayOut(KindsForm& form, Binder& bind, QWidget* parent) {
     layout->addWidget(bind.Bind(form.tdbgRows));
     layout->addWidget(bind.Bind(form.bar));
     layout->addWidget(bind.Bind(form.mvwDate));
+    layout->addWidget(bind.Bind(form.rtbHelp));
     bind.BindMenus(*window->menuBar());
     window->setCentralWidget(body);
     return window;
@@ -569,6 +572,15 @@ TEST_F(BinderTest, EntriesOfAComboBoxComeAndGoAndTheTextStays) {
     EXPECT_EQ(changes, 0);
 }
 
+TEST_F(BinderTest, AComboBoxTakesAWholeListAtOnce) {
+    form.cboText.AddItem("one");
+    Show();
+    form.cboText.SetItems({"two", "three"});
+    auto& box = Find<QComboBox>("cboText");
+    EXPECT_EQ(box.itemText(0), QStringLiteral("two"));
+    EXPECT_EQ(box.count(), 2);
+}
+
 TEST_F(BinderTest, ABoxToPickFromTakesNoText) {
     form.cboPick.SetPickOnly(true);
     form.cboPick.AddItem("one");
@@ -695,6 +707,55 @@ TEST_F(BinderTest, ACalendarIsClickedAndFollows) {
     EXPECT_EQ(form.mvwDate.Value(), text::DayNumber(2026, 7, 3).value());
     form.mvwDate.SetValue(text::kFirstDate);
     EXPECT_EQ(calendar.selectedDate(), QDate(100, 1, 1));
+}
+
+TEST_F(BinderTest, FormattedTextIsShownAndCanBeReadOnAnyGround) {
+    Show();
+    auto& panel = Find<QTextBrowser>("rtbHelp");
+    form.rtbHelp.SetParagraphs(
+        {{.runs = {{.text = "Original "}, {.text = "List", .bold = true, .color = 0xFFFF00}},
+          .align = controls::RichAlign::Center},
+         {}});
+    EXPECT_EQ(panel.toPlainText(), QStringLiteral("Original List\n"));
+    QTextCursor cursor(panel.document());
+    cursor.setPosition(12);
+    EXPECT_EQ(cursor.charFormat().fontWeight(), QFont::Bold);
+    EXPECT_EQ(cursor.blockFormat().alignment(), Qt::AlignHCenter);
+    const auto contrast = [&] {
+        return Contrast(panel.palette().color(QPalette::Base), cursor.charFormat().foreground().color());
+    };
+    EXPECT_GE(contrast(), 4.5) << "yellow on white cannot be read";
+    form.rtbHelp.SetBackColor(0x800000);
+    cursor.setPosition(12);
+    EXPECT_GE(contrast(), 4.5);
+    form.rtbHelp.SetText("plain");
+    EXPECT_EQ(panel.toPlainText(), QStringLiteral("plain"));
+}
+
+TEST_F(BinderTest, TheThemesOwnColourIsNoColour) {
+    Show();
+    auto& edit = Find<QLineEdit>("txtFirst");
+    const QColor plain = edit.palette().color(QPalette::Base);
+    form.txtFirst.SetBackColor(controls::kLightRed);
+    form.txtFirst.SetBackColor(controls::kSystemColor | 0x0F);
+    EXPECT_EQ(edit.palette().color(QPalette::Base), plain);
+}
+
+TEST_F(BinderTest, ClicksAndDoubleClicksReachBoxesLabelsAndFrames) {
+    Show();
+    Texts seen;
+    form.txtFirst.OnClick([&] { seen.emplace_back("box"); });
+    form.lblLink.OnDblClick([&] { seen.emplace_back("label"); });
+    form.fraGroup.OnDblClick([&] { seen.emplace_back("frame"); });
+    QTest::mouseClick(&Find<QLineEdit>("txtFirst"), Qt::LeftButton);
+    Settle();
+    QTest::mouseDClick(&Find<QWidget>("lblLink"), Qt::LeftButton);
+    Settle();
+    auto& group = Find<QGroupBox>("fraGroup");
+    QTest::mouseDClick(&group, Qt::LeftButton, {}, QPoint(3, group.height() - 3));
+    QTest::mouseDClick(&group, Qt::LeftButton, {}, Find<QLineEdit>("txtInside").geometry().center());
+    Settle();
+    EXPECT_EQ(seen, (Texts{"box", "label", "frame"}));
 }
 
 // ---- grid ----

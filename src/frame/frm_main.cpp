@@ -1,16 +1,30 @@
 #include "frame/frm_main.h"
 
-namespace zenvora::frame {
+#include <utility>
 
-frmMain::frmMain(common::Session& session)
+namespace zenvora::frame {
+namespace {
+
+/// Where a text path leads by the drives that the session has at that moment.
+ado::PathMapper MapperOf(const common::Session& session) {
+    return [&session](std::string_view path) { return session.drives.HostPath(path); };
+}
+
+}  // namespace
+
+frmMain::frmMain(common::Session& session, MainServices services)
     : Form(session.forms, "frmMain", "Zenvora"),
       viewer(session, results),
-      adoDatabook(session.databooks, session.clock),
-      adoSQL(session.databooks, session.clock),
-      session_(session) {
+      adoDatabook(session.databooks, session.clock, MapperOf(session)),
+      adoSQL(session.databooks, session.clock, MapperOf(session)),
+      session_(session),
+      services_(std::move(services)),
+      mapper_(MapperOf(session)) {
     SetPlacement({.width = 12015, .height = 7005});
     LayOutControls();
     LayOutMenus();
+    BindControls();
+    BindMenus();
     tdbgData.SetColumns(analysis::CompsGridColumns());
     tdbgData.SetRows(&gridRows_);
 }
@@ -131,6 +145,56 @@ void frmMain::LayOutMenus() {
     AddMenu({&mnuSetup, {{&mnuSetupConfig}}});
     AddMenu({&mnuRefresh, {{&mnuRefreshItem[1]}}});
     AddMenu({&mnuHelp, {{&mnuAbout}, {&mnuHelp2}}});
+}
+
+void frmMain::BindControls() {
+    txtCentralKey.OnChange([this] { CentralKeyChanged(); });
+    txtBaseDate.OnChange([this] { BaseDateChanged(); });
+    txtBaseDate.OnLostFocus([this] { BaseDateLeft(); });
+    cboBaseDate.OnChange([this] { BaseDatePicked(); });
+    cboBaseDate.OnClick([this] { BaseDatePicked(); });
+    tdbgData.OnClick([this] { GridRowChosen(); });
+    tdbgData.OnRowColChange([this] { GridRowChosen(); });
+    tdbgData.OnDblClick([this] { GridDblClick(); });
+    cmdChkValidity.OnClick([this] { ConfirmValidityRun(); });
+    txtCalculate.OnClick([this] { tdgViewer.SetTab(kCalculationsPage); });
+    cmdExit2.OnClick([this] { Program().UnloadAllForms(); });
+
+    tdgViewer.OnTabChange([this](int previous) { PageChanged(previous); });
+    cmdBack.OnClick([this] { tdgViewer.SetTab(kCompsPage); });
+    cmdExit.OnClick([this] { CloseMainWindow(); });
+    PushButton1.OnClick([this] { CloseMainWindow(); });
+
+    Command2.OnClick([this] { txtBaseDate.SetText("12/31/2008"); });
+}
+
+void frmMain::BindMenus() {
+    mnuFileItem[1].OnClick([this] {
+        NewDatabook();
+        open.OpenMode = 2;
+    });
+    mnuFileItem[2].OnClick([this] {
+        OpenDatabook();
+        open.OpenMode = 1;
+    });
+    for (controls::MenuItem& item : mnuRecentItem)
+        item.OnClick([this, index = item.Index()] { OpenRecent(index); });
+    mnuRefreshItem[1].OnClick([this] {
+        CheckForAppraisal();
+        SetUpDate(txtBaseDate, cboBaseDate);
+    });
+    mnuRefreshItem[2].OnClick([this] { CheckAllRecords("R"); });
+}
+
+records::SharedParts frmMain::Shared() {
+    return {adoDatabook, txtCentralKey, txtBaseDate, cboBaseDate, CurrentKey, EffectiveDate};
+}
+
+bool frmMain::RecoverFromFault() {
+    if (!Loaded() || !adoDatabook.HasRecordset()) return false;
+    adoDatabook.Recordset().CancelUpdate();
+    RebindGrid();
+    return true;
 }
 
 }  // namespace zenvora::frame

@@ -1,10 +1,17 @@
 #pragma once
 
+#include <functional>
+#include <string>
+#include <string_view>
+
 #include "analysis/comps_grid.h"
 #include "analysis/frm_data_viewer.h"
 #include "analysis/results_1004mc.h"
+#include "common/dates.h"
 #include "common/session.h"
+#include "frame/appraisal_link.h"
 #include "frame/open_state.h"
+#include "frame/recent_databooks.h"
 #include "platform/ado/adodc.h"
 #include "platform/controls/combo_box.h"
 #include "platform/controls/command_button.h"
@@ -18,22 +25,37 @@
 #include "platform/controls/menu.h"
 #include "platform/controls/tab_pages.h"
 #include "platform/controls/text_box.h"
+#include "records/main_form.h"
 
 namespace zenvora::frame {
 
-/// The main window: page 0 "Comps and Listings", page 1 "Calculations", and the menus.
+/// What the main window is given besides the session. What is null is not there.
+struct MainServices {
+    std::string commandLine;  ///< as the user gave it, without the program's name
+    AppraisalLink* link = nullptr;
+};
+
+/// The main window: page 0 "Comps and Listings", page 1 "Calculations", and the menus. It is the start object
+/// of the program: its Load runs the whole start, so that the window appears with a Databook open, or not at
+/// all.
+///
+/// Faults in a file that the user chose are told in a message and lead back to the start dialog or to the
+/// Databook that was open. All others pass out of the events.
 ///
 /// Parked, which no view shows: Frame4 with txtKrnFormList, txtKrnReportName, TxtDde and Command2, and
 /// lstProcesses.
-class frmMain final : public controls::Form {
+class frmMain final : public controls::Form, public records::MainForm {
   public:
     static constexpr int kCompsPage = 0;
     static constexpr int kCalculationsPage = 1;
     static constexpr int kRecentItems = 10;
 
-    explicit frmMain(common::Session& session);
+    explicit frmMain(common::Session& session, MainServices services = {});
 
     OpenState open;
+    bool PendingValidityNotice = false;  ///< the notice about a large Databook is still to be shown
+    common::Date EffectiveDate = 0;      ///< the Effective Appraisal Date
+    std::string CurrentKey;              ///< key of the selected record, upper case and trimmed
 
     controls::TabPages tdgViewer{"tdgViewer", {"Comps and Listings", "Calculations"}};
 
@@ -106,12 +128,112 @@ class frmMain final : public controls::Form {
     ado::Adodc adoDatabook;  ///< the current-record cursor of the whole program
     ado::Adodc adoSQL;       ///< the same records, no logic reads through it
 
+    // ---- what other dialogs ask of the window ----
+    [[nodiscard]] records::SharedParts Shared() override;
+    void ReopenRecordViews() override;
+    void RebindGrid() override;
+    void ShowRecordCounts() override;
+    void RefreshKeyButtons() override;
+    void DoCalculations() override;
+    [[nodiscard]] bool TakesFiles() const noexcept override { return true; }
+
+    /// Sets the title: name, version and the Databook that is open.
+    void ShowTitle(std::string_view name);
+    [[nodiscard]] std::string DataSourceOfConnection() const;
+    /// True when the report that is open in KRN holds a form of a condominium or cooperative.
+    [[nodiscard]] bool IsCondoForm() const;
+    /// Brings the transfer controls up to date with KRN.
+    void RefreshKrnLink();
+    void CheckForAppraisal();
+    /// A fault passed out of an event: no half-made change stays, and the grid shows what is stored. True
+    /// when a Databook is open that the user can work on with.
+    [[nodiscard]] bool RecoverFromFault();
+
+  protected:
+    void OnLoad() override;
+    void OnActivate() override;
+    void OnQueryUnload(bool& cancel) override;
+    void OnUnload() override;
+    void OnHelp() override;
+    void OnDropFile(const std::string& hostPath) override;
+
   private:
+    /// What an attempt to open another Databook may have to bring back.
+    struct OpenBefore;
+
     void LayOutControls();
     void LayOutMenus();
+    void BindControls();
+    void BindMenus();
+
+    // The start.
+    void ProbePrinter();
+    void InsertMissingFields();
+    void BypassOpenFile(std::string_view commandLine, bool& ok);
+    void ShowStartDialog();
+    [[nodiscard]] bool OpenChosenDatabook();
+    void RunOpenLoop();
+    void SetUpDate(controls::TextBox& box, controls::ComboBox& combo);
+    [[nodiscard]] bool IsDirPresent() const;
+    void ShowPendingNotice();
+
+    // Opening Databooks.
+    [[nodiscard]] std::string CurrentPath() const;
+    [[nodiscard]] std::string HostText(const std::string& path) const;
+    /// Runs an attempt to open a Databook. False after a fault in the file: the user was told, and everything
+    /// is as it was before.
+    bool Guarded(const std::function<void()>& work);
+    void GoBackTo(const OpenBefore& before);
+    void FirstConnectSelect();
+    void ConnectSql();
+    [[nodiscard]] std::string ShowOpenDialog();
+    [[nodiscard]] std::string OpenMdbDialog(std::string_view title, const std::string& defaultPath);
+    [[nodiscard]] std::string FindDestination();
+    void ChooseDatabook();
+    [[nodiscard]] std::string ImportSource(const std::string& source);
+    void AskAboutOverwriting(const std::string& path);
+    void CopyNewData(const std::string& destination);
+    [[nodiscard]] bool MayOverwrite(const std::string& path);
+    void NewDatabook();
+    void OpenDatabook();
+    /// False when there is no such file, of which the user was told.
+    bool OpenPath(const std::string& path);
+    void ConnectDestination(const std::string& path);
+    void ShowRecent();
+    void OpenRecent(int index);
+
+    // Comps and Listings.
+    /// The current record is another one, or has changed.
+    void MovedInRecords();
+    bool FindCurrentKey();
+    void CheckAllRecords(std::string_view mode);
+    void ConfirmValidityRun();
+    void BaseDateChanged();
+    void BaseDateLeft();
+    void BaseDatePicked();
+    void CentralKeyChanged();
+    void GridRowChosen();
+    void GridDblClick();
+
+    // Calculations.
+    void PageChanged(int previous);
+    /// Takes over the report that is open in KRN; false when none is reachable.
+    bool ReadReport(bool& mayAskToLaunch);
+    [[nodiscard]] std::string ActiveReportName();
+    [[nodiscard]] bool IsKrnRunning();
+
+    // The end.
+    void CloseMainWindow();
+    void StoreCurrentDatabook();
 
     common::Session& session_;
+    MainServices services_;
+    ado::PathMapper mapper_;
     analysis::CompsGridRows gridRows_{adoDatabook};
+    RecentDatabooks recent_{session_};
+    controls::FileDialog cdlMain;  ///< the one file dialog of the window; keeps the last file chosen
+    bool printerAvailable_ = false;
+    bool askKrnAtStart_ = false;  ///< the link check may offer to launch KRN
 };
 
 }  // namespace zenvora::frame

@@ -2,8 +2,8 @@
 
 namespace zenvora::frame {
 
-frmOverwrite::frmOverwrite(controls::Forms& forms, OpenState& open)
-    : Form(forms, "frmOverwrite", "Database Already Exists"), open_(open) {
+frmOverwrite::frmOverwrite(common::Session& session, OpenState& open)
+    : Form(session.forms, "frmOverwrite", "Database Already Exists"), open_(open) {
     SetPlacement({.width = 5600, .height = 3000});
     cmdExit[0].SetCaption("&Overwrite");
     cmdOverwrite[1].SetCaption("&Open");

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "common/session.h"
 #include "frame/open_state.h"
 #include "platform/controls/command_button.h"
 #include "platform/controls/control_array.h"
@@ -15,7 +16,7 @@ namespace zenvora::frame {
 /// index of the button pressed in cmdExit; without one the dialog does not close.
 class frmOverwrite final : public controls::Form {
   public:
-    frmOverwrite(controls::Forms& forms, OpenState& open);
+    frmOverwrite(common::Session& session, OpenState& open);
 
     controls::Label lblOverwrite{"lblOverwrite"};  ///< the warning, two lines
     controls::TextBox txtFileName{"txtFileName"};  ///< the file in question

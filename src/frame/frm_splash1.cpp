@@ -1,11 +1,14 @@
 #include "frame/frm_splash1.h"
 
-#include <utility>
+#include "common/file_helpers.h"
+#include "common/placement.h"
+#include "common/primitives.h"
+#include "common/tags.h"
 
 namespace zenvora::frame {
 
-frmSplash1::frmSplash1(controls::Forms& forms, OpenState& open, Hooks hooks)
-    : Form(forms, "frmSplash1", "Select File to Calculate"), open_(open), hooks_(std::move(hooks)) {
+frmSplash1::frmSplash1(common::Session& session, OpenState& open)
+    : Form(session.forms, "frmSplash1", "Select File to Calculate"), session_(session), open_(open) {
     SetPlacement({.width = 7425, .height = 3465});
     aicAlphaImage1.SetPicture("splash");
     aicAlphaImage1.SetCaption("Zenvora");
@@ -43,21 +46,46 @@ frmSplash1::frmSplash1(controls::Forms& forms, OpenState& open, Hooks hooks)
             Unload();
         });
     }
-    Label1.OnClick([this] { hooks_.openHelp(); });
-    lblHelpLink.OnClick([this] { hooks_.openHelp(); });
+    Label1.OnClick([this] { OpenHelp(); });
+    lblHelpLink.OnClick([this] { OpenHelp(); });
+}
+
+bool frmSplash1::EndsForAnotherInstance() {
+    if (!session_.machine.EarlierInstance() || !session_.machine.FindWindow(Caption())) return false;
+    session_.desktop.Show(
+        {.text = "The current application is already running in memory.  If the application is not visible, "
+                 "please end the existing process in the Windows Task Manager.",
+         .title = "Program Already Running in Memory",
+         .icon = controls::Icon::Exclamation,
+         .buttons = controls::Buttons::Ok});
+    Unload();
+    Program().UnloadAllForms();
+    return true;
 }
 
 void frmSplash1::OnLoad() {
-    if (hooks_.endsForAnotherInstance()) return;
+    if (EndsForAnotherInstance()) return;
+    notice_ = session_.machine.AnnounceWindow(Caption());
     open_.OpenChoice = "D";
 }
 
 void frmSplash1::OnUnload() {
-    hooks_.store(*this);
+    common::TagWriteAll(session_, *this);
+    common::SaveWindowPlacement(session_, *this);
+    notice_.reset();
+}
+
+void frmSplash1::OpenHelp() {
+    const std::string file = common::CkRSlash(session_.settings.applicationDirectory) + "ZVR.CHM";
+    if (!common::FileExists(session_, session_.drives, file)) return;
+    shell::OpenRequest request;
+    request.file = session_.drives.HostPath(file).string();
+    request.verb = "open";
+    static_cast<void>(session_.machine.Open(request));
 }
 
 void frmSplash1::OnHelp() {
-    hooks_.openHelp();
+    OpenHelp();
 }
 
 }  // namespace zenvora::frame

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <functional>
-
+#include "common/session.h"
 #include "frame/open_state.h"
 #include "platform/controls/check_box.h"
 #include "platform/controls/command_button.h"
@@ -12,21 +11,13 @@
 
 namespace zenvora::frame {
 
-/// "Select File to Calculate", the start dialog.
+/// "Select File to Calculate", the start dialog. A second copy of the program that is started while the first
+/// one shows it ends here, with a message.
 ///
 /// Parked, which no view shows: chkDontShow and cmdOpenType.
 class frmSplash1 final : public controls::Form {
   public:
-    /// What the dialog needs of the program.
-    struct Hooks {
-        /// True when another copy of the program shows this dialog, which the user has then been told; all
-        /// forms are closed by it.
-        std::function<bool()> endsForAnotherInstance;
-        std::function<void()> openHelp;
-        /// Stores settings and placement; the dialog is about to close.
-        std::function<void(frmSplash1&)> store;
-    };
-    frmSplash1(controls::Forms& forms, OpenState& open, Hooks hooks);
+    frmSplash1(common::Session& session, OpenState& open);
 
     controls::Image aicAlphaImage1{"aicAlphaImage1"};
     controls::CheckBox cbShowDetailedMapping{"cbShowDetailedMapping"};
@@ -43,8 +34,12 @@ class frmSplash1 final : public controls::Form {
     void OnHelp() override;
 
   private:
+    [[nodiscard]] bool EndsForAnotherInstance();
+    void OpenHelp();
+
+    common::Session& session_;
     OpenState& open_;
-    Hooks hooks_;
+    shell::WindowNotice notice_;  ///< tells other copies of the program that this dialog is on the screen
 };
 
 }  // namespace zenvora::frame

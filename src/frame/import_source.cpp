@@ -1,0 +1,102 @@
+#include "frame/import_source.h"
+
+#include <filesystem>
+#include <optional>
+
+#include "common/fault_text.h"
+#include "common/primitives.h"
+#include "databook/template.h"
+#include "import/unattended_import.h"
+#include "platform/files/host_file.h"
+#include "platform/text/number.h"
+#include "platform/text/utf8.h"
+
+namespace zenvora::frame {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kRowsTold = 10;
+
+/// A path beside `target` where nothing stands yet.
+fs::path FreeNameBeside(const fs::path& target) {
+    std::error_code ignored;
+    for (int attempt = 1;; ++attempt) {
+        fs::path path = target;
+        path += ".part" + std::to_string(attempt);
+        if (!fs::exists(fs::symlink_status(path, ignored))) return path;
+    }
+}
+
+}  // namespace
+
+fs::path TemplatePath(const common::Session& session) {
+    return session.drives.HostPath(common::CkRSlash(session.settings.applicationDirectory) + "newdata.mdb");
+}
+
+NewDatabook::NewDatabook(common::Session& session, const std::string& target)
+    : session_(session), target_(session.drives.HostPath(target)), path_(FreeNameBeside(target_)) {
+    databook::CopyNewData(session, TemplatePath(session), path_);
+}
+
+NewDatabook::~NewDatabook() {
+    std::error_code ignored;
+    fs::remove(path_, ignored);
+}
+
+void NewDatabook::NameTarget(Fault& fault) const {
+    const std::string making = common::Shown(path_);
+    const std::string target = common::Shown(target_);
+    fault.description = text::ReplaceAll(fault.description, making, target);
+    if (fault.place.file == making) fault.place.file = target;
+}
+
+void NewDatabook::Finish() {
+    databook::CopyNewData(session_, path_, target_);
+}
+
+importing::LoadOutcome ImportUnattended(common::Session& session, const SourceImport& import) {
+    importing::ImportJob job;
+    job.source = common::Shown(session.drives.HostPath(import.source));
+    if (!import.map.empty()) job.map = common::Shown(session.drives.HostPath(import.map));
+    job.sourceDate = importing::SourceFileDate(job.source);
+    job.databook = "Databook";
+
+    std::optional<NewDatabook> databook;
+    try {
+        const importing::ImportResult result = importing::ImportFile(
+            session, job, [&] { databook.emplace(session, import.target); },
+            [&](std::string_view) { return databook->Path(); });
+        databook->Finish();
+        return result.outcome;
+    } catch (Fault& fault) {
+        if (databook) databook->NameTarget(fault);
+        throw;
+    }
+}
+
+void TellRefusedRows(common::Session& session, const std::string& source,
+                     const importing::LoadOutcome& outcome) {
+    if (!outcome.HasErrors()) return;
+    std::string reasons;
+    std::size_t refused = 0;
+    for (const importing::RefusedRow& row : outcome.refused) {
+        if (row.isBlank) continue;
+        if (++refused > kRowsTold) continue;
+        reasons += "\nRow " + text::IntegerText(row.row);
+        if (row.line > 0) reasons += " (line " + text::IntegerText(row.line) + ")";
+        reasons += ": " + row.reason;
+    }
+    if (refused > kRowsTold) {
+        reasons += "\nand " + text::IntegerText(static_cast<std::int64_t>(refused - kRowsTold)) + " more.";
+    }
+    session.desktop.Show({.text = text::IntegerText(static_cast<std::int64_t>(refused)) + " of " +
+                                  text::IntegerText(outcome.rows) + " rows of " + source +
+                                  " were not written. Mend the source or its map and import it again.\n" +
+                                  reasons,
+                          .title = "Zenvora",
+                          .icon = controls::Icon::Exclamation,
+                          .buttons = controls::Buttons::Ok});
+}
+
+}  // namespace zenvora::frame

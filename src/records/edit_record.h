@@ -2,8 +2,8 @@
 
 #include <string_view>
 
+#include "records/application.h"
 #include "records/main_form.h"
-#include "records/program.h"
 
 /// Adding, changing and deleting the record that the key box names.
 ///
@@ -17,10 +17,10 @@ namespace zenvora::records {
 /// and stays whatever the dialog does; the figures are worked out anew at the end. "RENAME": no dialog, the
 /// main form alone is brought up to date. Any other mode: the record of the key box. Every mode ends with a
 /// validity run over all records.
-void EditRecord(const Program& program, MainForm& main, std::string_view mode);
+void EditRecord(const Application& application, MainForm& main, std::string_view mode);
 
 /// Asks, deletes the current record of the main form's adoDatabook, and selects the one behind it, or the
 /// last one. Neither a validity run nor a calculation follows.
-void DeleteRecord(const Program& program, MainForm& main);
+void DeleteRecord(const Application& application, MainForm& main);
 
 }  // namespace zenvora::records

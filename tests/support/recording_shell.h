@@ -16,6 +16,7 @@ class RecordingShell final : public shell::Shell {
   public:
     std::vector<shell::OpenRequest> requests;  ///< everything that was opened, in order
     int answer = shell::opened::kOpened;       ///< of Open
+    bool reader = true;                        ///< of HasReader
     std::vector<std::string> processes;
     bool earlierInstance = false;
     std::vector<std::string> otherWindows;  ///< titles of other copies' windows
@@ -28,6 +29,7 @@ class RecordingShell final : public shell::Shell {
         requests.push_back(request);
         return answer;
     }
+    bool HasReader(const std::string& /*file*/) override { return reader; }
     std::vector<std::string> ProcessNames() override { return processes; }
     bool EarlierInstance() override { return earlierInstance; }
     shell::WindowNotice AnnounceWindow(std::string_view title) override {

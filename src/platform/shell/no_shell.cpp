@@ -6,6 +6,7 @@ namespace {
 class Nothing final : public Shell {
   public:
     int Open(const OpenRequest& /*request*/) override { return opened::kNoAssociation; }
+    bool HasReader(const std::string& /*file*/) override { return false; }
     std::vector<std::string> ProcessNames() override { return {}; }
     bool EarlierInstance() override { return false; }
     WindowNotice AnnounceWindow(std::string_view /*title*/) override { return {}; }

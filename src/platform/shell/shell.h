@@ -12,10 +12,10 @@ namespace zenvora::shell {
 /// A document to open or a program to start. Paths are host paths.
 struct OpenRequest {
     std::string file;
-    std::string verb;  ///< "open", "print"; empty means "open"
-    std::string parameters;
-    std::string directory;  ///< to start in; empty: that of this program
-    int showCommand = 1;    ///< 0 hidden, 1 normal, 3 maximized
+    std::string verb{};  ///< "open", "print"; empty means "open"
+    std::string parameters{};
+    std::string directory{};  ///< to start in; empty: that of this program
+    int showCommand = 1;      ///< 0 hidden, 1 normal, 3 maximized
 };
 
 /// Answers of Shell::Open; kOpened and everything above, and negative numbers, are success.
@@ -54,6 +54,9 @@ class Shell {
     /// Hands a document to the program that opens its kind, or starts a program. Does not wait for it to end.
     /// See namespace opened for the answer.
     [[nodiscard]] virtual int Open(const OpenRequest& request) = 0;
+
+    /// True when a program is registered that reads files of this kind; host path.
+    [[nodiscard]] virtual bool HasReader(const std::string& file) = 0;
 
     /// Names of the programs that run, without their folders: "KRN.EXE", "bash".
     [[nodiscard]] virtual std::vector<std::string> ProcessNames() = 0;

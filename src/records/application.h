@@ -3,14 +3,12 @@
 #include <string>
 
 #include "common/session.h"
-#include "platform/files/drive_map.h"
 
 namespace zenvora::records {
 
-/// The program around the record dialogs.
-struct Program {
+/// The running program, as the record dialogs see it.
+struct Application {
     common::Session& session;
-    const files::DriveMap& drives;
     std::string commandLine;  ///< as the user gave it, without the program's name
 };
 

@@ -62,11 +62,51 @@ PageNumber IndexTree::Tail(const std::byte* page) const {
     return U32(page + layout_->tailAt);
 }
 
+IndexEnds* IndexEndsCache::Find(const Layout& layout, PageNumber number, const std::byte* page) noexcept {
+    Remembered* const place = places_[number % kPlaces].get();
+    if (place == nullptr || place->page != number) return nullptr;
+    const std::size_t size = layout.maskAt + layout.maskSize - layout.prefixAt;
+    const bool same =
+        place->bits[0] == page[0] && std::memcmp(place->bits + 1, page + layout.prefixAt, size) == 0;
+    return same ? &place->ends : nullptr;
+}
+
+IndexEnds& IndexEndsCache::Place(PageNumber number) {
+    std::unique_ptr<Remembered>& place = places_[number % kPlaces];
+    if (place == nullptr) place.reset(new Remembered);
+    place->page = 0;
+    return place->ends;
+}
+
+void IndexEndsCache::Remember(const Layout& layout, PageNumber number, const std::byte* page) noexcept {
+    Remembered& place = *places_[number % kPlaces];
+    place.page = number;
+    place.bits[0] = page[0];
+    std::memcpy(place.bits + 1, page + layout.prefixAt, layout.maskAt + layout.maskSize - layout.prefixAt);
+}
+
+void IndexTree::CheckPage(PageNumber number, const std::byte* page) const {
+    if ((U8(page) != kIndexLeaf && U8(page) != kIndexNode) || U32(page + 4) != definition_)
+        throw pager_->Damaged(number, "a page of an index of the table is expected here");
+}
+
+IndexTree::Ends& IndexTree::CachedEnds(PageNumber number, Ends& spare) const {
+    if (cache_ == nullptr) {
+        ReadEnds(number, spare);
+        return spare;
+    }
+    const std::byte* const page = pager_->Read(number);
+    CheckPage(number, page);
+    if (Ends* const known = cache_->Find(*layout_, number, page)) return *known;
+    Ends& ends = cache_->Place(number);
+    ReadEnds(number, ends);
+    cache_->Remember(*layout_, number, page);
+    return ends;
+}
+
 void IndexTree::ReadEnds(PageNumber number, Ends& ends) const {
     const std::byte* const page = pager_->Read(number);
-    if ((U8(page) != kIndexLeaf && U8(page) != kIndexNode) || U32(page + 4) != definition_) {
-        throw pager_->Damaged(number, "a page of an index of the table is expected here");
-    }
+    CheckPage(number, page);
     ends.count = 0;
     const std::byte* const mask = page + layout_->maskAt;
     const auto collect = [&](std::uint64_t word, std::size_t base) {
@@ -150,11 +190,11 @@ PageNumber IndexTree::Child(PageNumber number, const Ends& ends, std::size_t ind
 
 PageNumber IndexTree::Descend(std::string_view wanted, std::vector<Step>* path) const {
     PageNumber number = root_;
-    Ends ends;
+    Ends spare;
     for (std::size_t depth = 0; depth < kMaxDepth; ++depth) {
         const std::byte* const page = pager_->Read(number);
         if (IsLeaf(page)) return number;
-        ReadEnds(number, ends);
+        const Ends& ends = CachedEnds(number, spare);
         std::size_t index = Search(page, ends, kChildSize, wanted);
         if (index == ends.count && Tail(page) == 0) {
             if (ends.count == 0) throw pager_->Damaged(number, "an index page has no children");
@@ -167,10 +207,10 @@ PageNumber IndexTree::Descend(std::string_view wanted, std::vector<Step>* path) 
 }
 
 std::optional<std::string> IndexTree::LowerBound(std::string_view wanted) const {
-    Ends ends;
+    Ends spare;
     std::size_t steps = 0;
     for (PageNumber leaf = Descend(wanted, nullptr); leaf != 0;) {
-        ReadEnds(leaf, ends);
+        const Ends& ends = CachedEnds(leaf, spare);
         const std::byte* const page = pager_->Read(leaf);
         const std::size_t index = Search(page, ends, 0, wanted);
         if (index < ends.count) {
@@ -285,8 +325,7 @@ void IndexTree::SetLink(PageNumber number, std::size_t at, PageNumber to) {
     PutU32(pager_->Write(number) + at, to);
 }
 
-bool IndexTree::InsertInPlace(PageNumber number, const Ends& ends, std::size_t index,
-                              std::string_view entry) {
+bool IndexTree::InsertInPlace(PageNumber number, Ends& ends, std::size_t index, std::string_view entry) {
     if (ends.count == std::size(ends.at)) return false;
     const std::byte* const old = pager_->Read(number);
     const std::size_t used = ends.count == 0 ? 0 : ends.at[ends.count - 1];
@@ -305,12 +344,12 @@ bool IndexTree::InsertInPlace(PageNumber number, const Ends& ends, std::size_t i
     std::byte* const place = page + layout_->entriesAt + begin;
     std::memmove(place + entry.size(), place, used - begin);
     std::memcpy(place, entry.data(), entry.size());
-    Ends moved = ends;
-    for (std::size_t i = ends.count; i > index; --i) {
-        moved.at[i] = static_cast<std::uint16_t>(ends.at[i - 1] + entry.size());
-    }
-    moved.at[index] = static_cast<std::uint16_t>(begin + entry.size());
-    RewriteMarks(*layout_, page, begin, moved.at, index, ends.count + 1);
+    for (std::size_t i = ends.count; i > index; --i)
+        ends.at[i] = static_cast<std::uint16_t>(ends.at[i - 1] + entry.size());
+    ends.at[index] = static_cast<std::uint16_t>(begin + entry.size());
+    ++ends.count;
+    RewriteMarks(*layout_, page, begin, ends.at, index, ends.count);
+    if (cache_ != nullptr) cache_->Remember(*layout_, number, page);
     PutU16(page + 2, layout_->EntryArea() - used - entry.size());
     return true;
 }
@@ -322,8 +361,8 @@ bool IndexTree::Insert(std::string_view entry) {
     }
     std::vector<Step> path;
     const PageNumber leaf = Descend(entry, &path);
-    Ends ends;
-    ReadEnds(leaf, ends);
+    Ends spare;
+    Ends& ends = CachedEnds(leaf, spare);
     const std::byte* const page = pager_->Read(leaf);
     const std::size_t index = Search(page, ends, 0, entry);
     if (index < ends.count && CompareEntry(page, ends, index, 0, entry) == 0) {

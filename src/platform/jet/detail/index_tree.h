@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,17 +13,49 @@
 
 namespace zenvora::jet::detail {
 
+/// The ends of the entries of a page, counted from the start of its entry area.
+struct IndexEnds {
+    std::uint16_t at[905];
+    std::size_t count = 0;
+    std::size_t prefix = 0;
+};
+
+/// Where the entries of the index pages read last end. A page says it by one bit for each byte, so that to
+/// count them out takes longer than to search them. What is remembered is compared with the page's own bits
+/// before it is believed: nobody needs to say when a page has changed.
+class IndexEndsCache {
+  public:
+    /// One page, if it is still as remembered.
+    [[nodiscard]] IndexEnds* Find(const Layout& layout, PageNumber number, const std::byte* page) noexcept;
+    /// A place for the ends of a page, valid until the next call. Remember says that they are those of
+    /// `page`.
+    [[nodiscard]] IndexEnds& Place(PageNumber number);
+    void Remember(const Layout& layout, PageNumber number, const std::byte* page) noexcept;
+
+  private:
+    static constexpr std::size_t kPlaces = 64;
+    struct Remembered {
+        IndexEnds ends;
+        PageNumber page = 0;
+        std::byte bits[464];  // the type, and the page from its prefix length to the end of its mask
+    };
+    std::unique_ptr<Remembered> places_[kPlaces];
+};
+
 /// The B-tree of one index. An entry is the key bytes followed by the row identity (key_codec.h); entries are
 /// unique and ordered by their bytes. The root keeps its page for life.
 class IndexTree {
   public:
-    IndexTree(Pager& pager, PageAllocator& allocator, PageNumber definition, PageNumber root, UsageMap owned)
+    /// `cache` may serve all indexes of a table; without one every page is read anew.
+    IndexTree(Pager& pager, PageAllocator& allocator, PageNumber definition, PageNumber root, UsageMap owned,
+              IndexEndsCache* cache = nullptr)
         : pager_(&pager),
           layout_(&pager.Format()),
           allocator_(&allocator),
           definition_(definition),
           root_(root),
-          owned_(owned) {}
+          owned_(owned),
+          cache_(cache) {}
 
     /// The first entry that is not below `wanted` (a key, or a key and row identity).
     [[nodiscard]] std::optional<std::string> LowerBound(std::string_view wanted) const;
@@ -51,14 +84,12 @@ class IndexTree {
         PageNumber page = 0;
         std::size_t child = 0;
     };
-    /// The ends of the entries of a page, counted from the start of its entry area.
-    struct Ends {
-        std::uint16_t at[905];
-        std::size_t count = 0;
-        std::size_t prefix = 0;
-    };
+    using Ends = IndexEnds;
 
     void ReadEnds(PageNumber page, Ends& ends) const;
+    /// The same, from the cache when there is one: valid until the next call. `spare` is used without one.
+    [[nodiscard]] Ends& CachedEnds(PageNumber page, Ends& spare) const;
+    void CheckPage(PageNumber number, const std::byte* page) const;
     [[nodiscard]] PageNumber Next(const std::byte* page) const;
     [[nodiscard]] PageNumber Tail(const std::byte* page) const;
     void AppendEntry(const std::byte* page, const Ends& ends, std::size_t index, std::string& out) const;
@@ -74,7 +105,8 @@ class IndexTree {
     [[nodiscard]] Node ReadNode(PageNumber page) const;
     void WriteNode(PageNumber page, const Node& node);
     [[nodiscard]] bool Fits(const Node& node) const;
-    bool InsertInPlace(PageNumber page, const Ends& ends, std::size_t index, std::string_view entry);
+    /// False when the page must be laid out anew. Keeps `ends` right.
+    bool InsertInPlace(PageNumber page, Ends& ends, std::size_t index, std::string_view entry);
     void SplitIfNeeded(PageNumber page, Node node, std::vector<Step>& path, bool appended);
     /// Moves the first entries of a page that is too full to a new page in front of it; returns the entry for
     /// the parent.
@@ -97,6 +129,7 @@ class IndexTree {
     PageNumber definition_;
     PageNumber root_;
     UsageMap owned_;
+    IndexEndsCache* cache_;
 };
 
 }  // namespace zenvora::jet::detail

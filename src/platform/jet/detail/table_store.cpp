@@ -109,8 +109,8 @@ UsageMap TableStore::FreePages() const {
 
 IndexTree TableStore::Tree(std::size_t index) const {
     const StoredIndex& stored = stored_.indexes[index];
-    return {store_.Pages(), store_.Allocator(), page_, stored.root,
-            UsageMap{store_.Pages(), stored.ownedMap}};
+    return {store_.Pages(), store_.Allocator(), page_, stored.root, UsageMap{store_.Pages(), stored.ownedMap},
+            &indexEnds_};
 }
 
 const LongColumn* TableStore::LongMaps(std::uint16_t number) const {

@@ -103,6 +103,7 @@ class TableStore {
     std::vector<bool> indexed_;                             ///< by position: some index has the column
     PageNumber insertPage_ = 0;                             ///< where the last row went; 0: unknown
     RowBuilder builder_;
+    mutable IndexEndsCache indexEnds_;
     mutable std::string key_;
     std::vector<std::string> keys_;
 };

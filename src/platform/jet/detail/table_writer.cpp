@@ -39,7 +39,7 @@ TableWriter::TableWriter(Pager& pager, PageAllocator& allocator, PageNumber defi
 
 IndexTree TableWriter::Tree(std::size_t index) {
     const StoredIndex& stored = stored_.indexes[index];
-    return {pager_, allocator_, page_, stored.root, UsageMap{pager_, stored.ownedMap}};
+    return {pager_, allocator_, page_, stored.root, UsageMap{pager_, stored.ownedMap}, &indexEnds_};
 }
 
 TableWriter::Outcome TableWriter::MakeKeys(const StoredFields& fields) {

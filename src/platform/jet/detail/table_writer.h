@@ -56,6 +56,7 @@ class TableWriter {
     RowBuilder builder_;
     std::span<const std::byte> row_;
     std::vector<std::string> keys_;
+    IndexEndsCache indexEnds_;
     std::vector<std::uint32_t> entries_, distinct_;
     std::optional<std::size_t> failedIndex_;  ///< set while its key is being built
     PageNumber current_ = 0;                  ///< where rows go; 0: nowhere yet

@@ -47,12 +47,12 @@ FinishedFile::FinishedFile(const fs::path& target, bool replace) : target_(Behin
         if (!fs::is_regular_file(status))
             throw Fault{fault::kPathAccess, "This is no file. Name another Databook.", place};
         if (!replace) {
-            throw Fault{
-                fault::kFileExists,
-                "The file exists already. Name another one, or give --force to replace it; it is then kept "
-                "beside the new one as " +
-                    Shown(target_.filename()) + ".bak.",
-                place};
+            throw Fault{fault::kFileExists,
+                        Shown(target_.filename()) +
+                            " exists already. Name another file, or give --force to replace it; "
+                            "it is then kept beside the new one as " +
+                            Shown(target_.filename()) + ".bak.",
+                        place};
         }
         SettleOldDatabook(target_);
     } else if (!fs::is_directory(FolderOf(target_), ignored)) {

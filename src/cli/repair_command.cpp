@@ -67,6 +67,10 @@ class RepairCommand final : public Command {
             for (std::size_t i = 0; i < report.leftBehind.size(); ++i)
                 line += (i == 0 ? "" : ", ") + report.leftBehind[i];
         }
+        if (report.tables.empty()) {
+            throw Failure{Exit::SomethingRefused, databook_ + ": no table of it could be saved, and " +
+                                                      into_ + " is empty. Look for a backup copy."};
+        }
         throw Failure{Exit::SomethingRefused,
                       line + ". Keep the damaged file until " + into_ + " has been looked through."};
     }
@@ -82,10 +86,12 @@ class RepairCommand final : public Command {
     }
 
     static void WriteReport(std::ostream& out, const jet::RepairReport& report) {
-        WriteText(out, {{"Table"}, {"Saved", true}, {"Lost", true}, {"Cut", true}, {"Stated before", true}},
-                  Rows(TableRows(report)));
+        if (!report.tables.empty())
+            WriteText(out,
+                      {{"Table"}, {"Saved", true}, {"Lost", true}, {"Cut", true}, {"Stated before", true}},
+                      Rows(TableRows(report)));
         if (report.lost.empty()) return;
-        out << '\n';
+        if (!report.tables.empty()) out << '\n';
         std::vector<std::vector<std::string>> losses;
         for (const auto& loss : report.lost)
             losses.push_back({PlaceOf(loss), loss.sentence});

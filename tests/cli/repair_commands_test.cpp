@@ -117,6 +117,17 @@ TEST_F(RepairCommand, SaysWhatWasLostAndEndsWithStatusOne) {
     EXPECT_EQ(MustRun({"records", At("NEW.mdb")}), records);
 }
 
+TEST_F(RepairCommand, SaysThatNothingCouldBeSaved) {
+    const auto book = At("CUT.mdb");
+    WriteFile(book,
+              Read(SixRecords()).substr(0, 14 * 4096));  // the catalog's rows and all tables are behind that
+    const auto result = Run({"repair", book, "--into", At("saved.mdb")});
+    EXPECT_EQ(result.status, Exit::SomethingRefused);
+    EXPECT_EQ(result.LastLine(), "zenvora-cli repair: " + book + ": no table of it could be saved, and " +
+                                     At("saved.mdb") + " is empty. Look for a backup copy.");
+    EXPECT_EQ(result.out.find("Table  Saved"), std::string::npos) << result.out;
+}
+
 TEST_F(RepairCommand, ReplacesAFileOnlyWhenForced) {
     const auto book = SixRecords();
     const auto other = Write("NEW.mdb", "mine");

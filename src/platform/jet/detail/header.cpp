@@ -77,9 +77,10 @@ Layout CheckHeader(files::HostFile& file, const std::filesystem::path& path, boo
     if (size < 3 * layout.pageSize)
         refuse(fault::kDamaged, "the Databook is cut off: restore it from a backup copy");
     if (size % layout.pageSize != 0 && forWriting) {
-        refuse(fault::kDamaged,
-               "the Databook is damaged or cut off (its size is no whole number of pages): restore it from a "
-               "backup copy");
+        refuse(
+            fault::kDamaged,
+            "the Databook is damaged or cut off (its size is no whole number of pages): go on with a backup "
+            "copy, or save what can be read of it (zenvora-cli repair)");
     }
     ApplyMask(page.data(), layout.maskedSize);
     if (U32(page.data() + kEncryptionKeyAt) != 0) {

@@ -65,7 +65,8 @@ Fault Pager::Damaged(PageNumber page, const std::string& what) const {
     place.page = page;
     return {fault::kDamaged,
             "page " + std::to_string(page) + ": " + what +
-                ". Nothing was changed. Work on a backup copy, or repair the file with Access first",
+                ". Nothing was changed. Go on with a backup copy, or save what can be read of it "
+                "(zenvora-cli repair)",
             place};
 }
 

@@ -10,6 +10,14 @@ put() { mkdir -p "$(dirname "$tree/$1")" && printf '%s\n' "$2" >"$tree/$1"; }
 check_layers() { cmake -DROOT="$tree" -P "$root/cmake/CheckLayers.cmake"; }
 check_words() { "$root/tests/checks/words.sh" "$tree"; }
 check_format() { cp "$root/.clang-format" "$tree/" && "$root/scripts/check_format.sh" "$tree"; }
+check_help() { "$root/tests/checks/help.py" "$tree"; }
+put_help() {
+    put help/ZVR.html '<ul><li><a href="config.html">x</a></li></ul>'
+    put help/config.html "${1:-<p>x</p>}"
+    put help/ZVR.hhp $'[FILES]\nZVR.html\nconfig.html'
+    put help/ZVR.hhc '<param name="Local" value="ZVR.html"><param name="Local" value="config.html">'
+    put src/frame/frm_config.cpp 'common::OpenHelp(session_, "config");'
+}
 commit() {
     git -C "$tree" init -q
     git -C "$tree" add -A
@@ -32,6 +40,25 @@ accepts() {
 }
 
 case ${1:-} in
+    help-accepts-sound-pages)
+        put_help
+        accepts check_help ;;
+    help-refuses-a-link-that-leads-nowhere)
+        put_help '<p><a href="gone.html">x</a></p>'
+        refuses "config.html: gone.html leads nowhere" check_help ;;
+    help-refuses-an-open-tag)
+        put_help '<p><b>x</p>'
+        refuses "config.html: line 1: </p> closes nothing that is open" check_help ;;
+    help-refuses-a-page-that-is-not-in-the-contents)
+        put_help
+        put help/other.html '<p></p>'
+        refuses "other.html is not in the contents" check_help ;;
+    help-refuses-a-page-that-the-program-asks-for-in-vain)
+        put_help
+        put src/frame/a.cpp 'common::OpenHelp(session_, "other");'
+        refuses "there is no page other.html" check_help ;;
+    help-refuses-an-empty-tree)
+        refuses "ZVR.html" check_help ;;
     layers-accept-a-sound-tree)
         put platform/fault.h ''
         put platform/text/utf8.h '#include "platform/fault.h"'

@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const fs::path folder = argv[1];
-    for (const char* kind : {"jet", "delimited", "xml", "map", "sql", "ini"})
+    for (const char* kind : {"jet", "delimited", "xml", "map", "sql", "ini", "link"})
         fs::create_directories(folder / kind);
     try {
         MakeDatabook(folder / "jet/empty_table.mdb", 0, false);
@@ -129,5 +129,9 @@ int main(int argc, char** argv) {
     WriteSeed(folder / "ini/list.ini", "L\0ITEM\0[L]\nITEM01=a\nITEM02=b\nITEM04=d\nno key\n=\n"sv);
     WriteSeed(folder / "ini/old.ini", "A\0K\0[A]\r\nK=\xE9\r\n"sv);
     WriteSeed(folder / "ini/wide.ini", "A\0K\0\xFF\xFE[\0A\0]\0\n\0K\0=\0"sv);
+    WriteSeed(folder / "link/replies.txt",
+              "*READY\t1\n1\tOK\t\n2\tOK\tSmith,\n3\tERR\t380\tThe item was refused.\n");
+    WriteSeed(folder / "link/queries.txt",
+              "1\tOPEN\tKRN\tQuery\n2\tREQUEST\ta\\tb\n3\tPOKE\ta\tc\\r\\n\n4\tCLOSE\n5\tFITS\t\xC5\xBB\n");
     return 0;
 }

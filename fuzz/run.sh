@@ -19,7 +19,7 @@ fi
 
 # Three quarters of the time for the targets over .mdb files: name, kind of seeds, share of the time in percent.
 targets=("jet_open jet 20" "jet_verify jet 20" "jet_write jet 20" "jet_repair jet 20"
-    "delimited delimited 4" "xml xml 4" "map map 4" "sql sql 4" "ini ini 4")
+    "delimited delimited 4" "xml xml 4" "map map 4" "sql sql 3" "ini ini 3" "link link 2")
 names=("${targets[@]%% *}")
 build fuzz fuzz_seeds "${names[@]/#/fuzz_}"
 programs=build/fuzz/fuzz

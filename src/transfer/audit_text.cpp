@@ -1,0 +1,142 @@
+#include "transfer/audit_text.h"
+
+#include "analysis/field_checks.h"
+#include "analysis/kept_position.h"
+#include "analysis/selected_flag.h"
+#include "common/primitives.h"
+#include "databook/field_access.h"
+#include "platform/text/date.h"
+#include "platform/text/number.h"
+#include "platform/text/utf8.h"
+
+namespace zenvora::transfer {
+namespace {
+
+using databook::adogetfield;
+using databook::adogetfieldDate;
+using databook::adogetfieldDouble;
+
+constexpr const char* kLineEnd = "\r\n";
+constexpr const char* kHead =
+    "Addr, City, State, Zip, Orig List Dt, Orig List $, Curr List Dt, Curr List $, Cont Dt, List Cancel Dt, "
+    "Sale Dt, Sale $";
+
+/// Counts from 2 for the head of a section; a part is full at these counts.
+constexpr int kFirstCount = 2;
+constexpr int kPart1Full = 72;
+constexpr int kPart2Full = 144;
+
+/// Both parts, while the sections are walked.
+class AuditWriter {
+  public:
+    AuditWriter(ado::Adodc& control, common::Date effectiveDate)
+        : control_(control),
+          effectiveDate_(effectiveDate),
+          columns_(control.Recordset()),
+          selected_(analysis::SelectedColumn(control.Recordset())) {}
+
+    /// False: both parts are full, and nothing follows.
+    bool WriteListings() {
+        std::string section = std::string("Listings:") + kLineEnd + kHead + kLineEnd;
+        ado::Recordset& records = control_.Recordset();
+        for (records.MoveFirst(); !records.Eof(); records.MoveNext()) {
+            if (!IsUsed() || Facts().saleDate != common::kDayZero) continue;
+            if (count_ == kPart1Full) {
+                text_.part1 = section;
+                section.clear();
+            }
+            if (count_ == kPart2Full) {
+                text_.part2 = section;
+                return false;
+            }
+            AppendAuditLine(section, control_, effectiveDate_);
+            ++count_;
+        }
+        // At the two full counts themselves the section is dropped.
+        if (count_ < kPart1Full) text_.part1 = section;
+        if (count_ > kPart1Full && count_ < kPart2Full) text_.part2 = section;
+        return true;
+    }
+
+    void WriteComparables() {
+        std::string section = std::string("Comparables:") + kLineEnd;
+        if (++count_ == kPart1Full) ++count_;
+        ado::Recordset& records = control_.Recordset();
+        for (records.MoveFirst(); !records.Eof(); records.MoveNext()) {
+            if (!IsUsed() || !IsSoldWithinYear()) continue;
+            if (count_ == kPart1Full) {
+                text_.part1 += section;
+                section.clear();
+            }
+            if (count_ == kPart2Full) {
+                text_.part2 += section;
+                return;
+            }
+            AppendAuditLine(section, control_, effectiveDate_);
+            ++count_;
+        }
+        (count_ > kPart1Full ? text_.part2 : text_.part1) += section;
+    }
+
+    [[nodiscard]] AuditText Take() { return std::move(text_); }
+
+  private:
+    [[nodiscard]] bool IsUsed() {
+        const auto flag =
+            text::TrimView(analysis::SelectedText(control_.Recordset(), selected_, selectedBuffer_));
+        return flag == "1" || flag == "3";
+    }
+    [[nodiscard]] analysis::ComparableFacts Facts() {
+        return analysis::ReadFacts(control_.Recordset(), columns_, control_.Clock());
+    }
+    [[nodiscard]] bool IsSoldWithinYear() {
+        const auto facts = Facts();
+        const auto checks = analysis::CheckFields(facts, effectiveDate_, control_.Clock());
+        return checks.saleDate && !analysis::IsSaleOverAYearAgo(facts, checks, effectiveDate_);
+    }
+
+    ado::Adodc& control_;
+    common::Date effectiveDate_;
+    analysis::ComparableColumns columns_;
+    int selected_;
+    std::string selectedBuffer_;
+    AuditText text_;
+    int count_ = kFirstCount;
+};
+
+std::string DateIf(bool isThere, common::Date date) {
+    return isThere ? common::UpTrim(text::DateText(date)) : std::string();
+}
+
+}  // namespace
+
+AuditText BuildAuditText(ado::Adodc& adoDatabook, common::Date effectiveDate) {
+    if (adoDatabook.Recordset().RecordCount() < 1) return {};
+    const analysis::KeptPosition kept(adoDatabook.Recordset());
+    AuditWriter writer(adoDatabook, effectiveDate);
+    if (writer.WriteListings()) writer.WriteComparables();
+    return writer.Take();
+}
+
+void AppendAuditLine(std::string& text, ado::Adodc& adoDatabook, common::Date effectiveDate) {
+    const analysis::FieldChecks checks = analysis::CheckFields(adoDatabook, effectiveDate);
+    const auto date = [&](const char* name) { return adogetfieldDate(adoDatabook, name); };
+    const auto price = [&](const char* name) {
+        return text::DoubleText(adogetfieldDouble(adoDatabook, name));
+    };
+    const std::string salePrice = price("SELLINGPR");
+
+    text = text::Trim(text);
+    for (const std::string& field :
+         {adogetfield(adoDatabook, "ADDRESS"), adogetfield(adoDatabook, "CITY"),
+          adogetfield(adoDatabook, "ST"), adogetfield(adoDatabook, "ZIP"),
+          text::DateText(date("ORIGLISTDATE")), price("ORIGLISTPRICE"), text::DateText(date("LASTLISTDATE")),
+          price("LASTLISTPRICE"), DateIf(checks.contractDate, date("CONTRACTDATE")),
+          DateIf(checks.cancelDate, date("LISTCANCELDATE")), DateIf(checks.saleDate, date("SALEDATE")),
+          common::IsValidPriceEntry(salePrice) ? common::UpTrim(salePrice) : std::string()}) {
+        text += field + ", ";
+    }
+    text += kLineEnd;
+}
+
+}  // namespace zenvora::transfer

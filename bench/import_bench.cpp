@@ -34,6 +34,9 @@ class NoStore final : public importing::LoadTarget {
     void Open(std::string_view) override {}
     void Execute(std::string_view statement) override { benchmark::DoNotOptimize(statement.data()); }
     void Close() override {}
+    void BeginTrial(std::string_view) override {}
+    void EndTrial() noexcept override {}
+    std::vector<importing::StoredField> FindRecord(std::string_view) override { return {}; }
 };
 
 constexpr const char* kMap =
@@ -94,7 +97,9 @@ void BM_Statements(benchmark::State& state) {
     Work work;
     for (auto _ : state) {
         NoStore store;
-        importing::frmCSVWizard wizard(work.desktop, work.clock, store);
+        ado::DatabasePool pool;
+        common::Session session{work.desktop, work.clock, pool, {}};
+        importing::frmCSVWizard wizard(session, store);
         wizard.CSVFilename = (work.folder / "L.csv").string();
         wizard.g_MapFileName = (work.folder / "L.map").string();
         wizard.LogWanted = state.range(0) != 0;

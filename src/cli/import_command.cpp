@@ -8,6 +8,7 @@
 #include "cli/table.h"
 #include "cli/values.h"
 #include "databook/template.h"
+#include "import/mapping.h"
 #include "import/unattended_import.h"
 #include "platform/text/number.h"
 #include "platform/text/utf8.h"
@@ -72,9 +73,16 @@ class ImportCommand final : public Command {
         arguments.add_option("--log", log_, "Write the load log to FILE (- for standard output)")
             ->type_name("FILE");
         arguments.add_flag("--force", force_, "Replace an existing Databook; it is kept as DATABOOK.bak");
+        auto* suggest = arguments.add_flag(
+            "--suggest", suggest_, "Print the map that the source's field names propose, and import nothing");
+        arguments
+            .add_option("--save", save_, "With --suggest: write the map to MAP (--force replaces a file)")
+            ->type_name("MAP")
+            ->needs(suggest);
     }
 
     Exit Run(Call& call) override {
+        if (suggest_) return Suggest(call);
         const fs::path source = HostPath(source_);
         if (map_.empty()) map_ = MapBeside(source);
         if (databook_.empty()) databook_ = Shown(source.stem()) + ".mdb";
@@ -104,6 +112,68 @@ class ImportCommand final : public Command {
     }
 
   private:
+    Exit Suggest(Call& call) const {
+        if (!save_.empty() && IsSameFile(save_, source_)) {
+            throw Failure{Exit::BadCommandLine, "--save " + save_ +
+                                                    " is the source itself. Name another file (see "
+                                                    "zenvora-cli import --help)."};
+        }
+        const importing::SuggestedMap map = importing::SuggestFor(call.session, source_, !noHeader_);
+        if (map.mappings.empty()) {
+            throw Failure{Exit::SomethingRefused,
+                          source_ +
+                              ": no field of the source is known by its name. Write a map file, with a "
+                              "line \"source field <-> destination\" for each field."};
+        }
+        std::error_code ignored;
+        if (!save_.empty()) {
+            if (!force_ && fs::exists(HostPath(save_), ignored)) {
+                Place place;
+                place.file = save_;
+                throw Fault{fault::kFileExists,
+                            "The file exists already. Name another one, or give --force to replace it; it is "
+                            "then kept beside the new one as " +
+                                Shown(HostPath(save_).filename()) + ".bak.",
+                            place};
+            }
+            importing::SaveSuggestion(map, Shown(HostPath(save_)));
+        }
+        WriteSuggestion(call, map);
+        return Exit::Done;
+    }
+
+    void WriteSuggestion(Call& call, const importing::SuggestedMap& map) const {
+        auto& out = call.io.out;
+        if (!call.quiet) {
+            for (const std::string& note : map.notes)
+                call.io.err << source_ << ": " << note << '\n';
+        }
+        switch (call.format) {
+            case OutputFormat::Text:
+                for (const auto& mapping : map.mappings)
+                    out << importing::MappingText(mapping.source, mapping.destination) << '\n';
+                break;
+            case OutputFormat::Csv: {
+                std::vector<std::vector<std::string>> rows;
+                for (const auto& mapping : map.mappings)
+                    rows.push_back({mapping.source, mapping.destination});
+                WriteCsv(out, {{"source"}, {"destination"}}, Rows(std::move(rows)));
+                break;
+            }
+            case OutputFormat::Json: {
+                Json json = Json::object();
+                json["source"] = source_;
+                json["mappings"] = Json::array();
+                for (const auto& mapping : map.mappings)
+                    json["mappings"].push_back(
+                        {{"source", mapping.source}, {"destination", mapping.destination}});
+                json["notes"] = map.notes;
+                out << Compact(json) << '\n';
+                break;
+            }
+        }
+    }
+
     /// A slip of the hand must not cost the user the source.
     void CheckNames() const {
         const auto refuse = [](const std::string& option, const std::string& path, const std::string& what) {
@@ -207,6 +277,8 @@ class ImportCommand final : public Command {
     std::string log_;
     bool noHeader_ = false;
     bool force_ = false;
+    bool suggest_ = false;
+    std::string save_;
 };
 
 }  // namespace

@@ -2,42 +2,47 @@
 
 #include <utility>
 
+#include "common/dates.h"
+#include "import/joined_fields.h"
 #include "import/mapping.h"
+#include "import/remembered_maps.h"
 #include "import/source_text.h"
 #include "import/xml_source.h"
 #include "platform/fault.h"
+#include "platform/files/whole_file.h"
+#include "platform/jet/value.h"
 #include "platform/text/utf8.h"
 
 namespace zenvora::importing {
 
 namespace {
 
-/// The sides of a row of lbMappings; `place` says where a row that is no mapping came from.
-Mapping SplitOrFault(std::string_view row, Place place) {
-    if (const std::optional<Mapping> mapping = SplitMapping(row)) return *mapping;
-    throw Fault{fault::kInvalidCall,
-                "\"" + std::string(row) +
-                    "\" is no mapping: it must read SOURCE FIELD <-> DESTINATION FIELD. Correct the line or "
-                    "take it out.",
-                std::move(place)};
+/// A stored value as the Comps grid shows it: nothing for a missing date or price.
+std::string ShownValue(const jet::Value& value) {
+    if (const auto* date = std::get_if<jet::DateTime>(&value);
+        date != nullptr && date->serial == common::kDayZero)
+        return {};
+    if (const auto* number = std::get_if<double>(&value); number != nullptr && *number == 0) return {};
+    return text::Trim(jet::ValueText(value));
 }
 
 }  // namespace
 
-frmCSVWizard::frmCSVWizard(controls::Desktop& desktop, const shell::Clock& clock, LoadTarget& target,
-                           files::HostDisk& disk)
-    : desktop_(desktop), clock_(clock), target_(target), disk_(disk), fields_(DestinationFields()) {
-    dlgMaps.title = "Load Map";
-    dlgMaps.filter = "Map Files (*.map)|*.map";
-    dlgMaps.defaultExtension = "map";
+frmCSVWizard::frmCSVWizard(common::Session& session, LoadTarget& target, files::HostDisk& disk)
+    : Form(session.forms, "frmCSVWizard", "CSV Load Wizard"),
+      session_(session),
+      desktop_(session.desktop),
+      clock_(session.clock),
+      target_(target),
+      disk_(disk),
+      fields_(DestinationFields()) {
+    LayOut();
+    SetRules();
 }
 
-void frmCSVWizard::Say(const char* message) {
-    desktop_.Show({.text = message, .title = "Zenvora"});
-}
-
-void frmCSVWizard::Activate(std::string_view folder) {
+void frmCSVWizard::ReadSource(std::string_view folder) {
     dlgMaps.directory = folder;
+    dlgLog.directory = folder;
     InitDataGrid();
     InitMasterFieldArray();
     LoadDestFields();
@@ -47,6 +52,12 @@ void frmCSVWizard::Activate(std::string_view folder) {
         ParseCSV(CSVFilename);
     }
     LoadSourceFields();
+    const std::vector<std::string> joined = std::move(joined_);
+    joined_.clear();
+    for (const std::string& name : joined)
+        AddJoinedField(name);
+    TakeInJoinedFields();
+    btnLastMap.SetEnabled(LastMap().has_value());
 }
 
 void frmCSVWizard::RunUnattended(SourceKind kind) {
@@ -72,6 +83,7 @@ void frmCSVWizard::InitDataGrid() {
     DataGridView1.SetCols(1);
     DataGridView1.SetRows(1);
     DataGridView1.Clear();
+    ShowSource();
 }
 
 void frmCSVWizard::InitMasterFieldArray() {
@@ -86,15 +98,20 @@ void frmCSVWizard::LoadDestFields() {
 
 void frmCSVWizard::LoadSourceFields() {
     lbSourceFields.Clear();
-    for (int col = 0; col < DataGridView1.Cols(); ++col) {
-        const std::string_view name = DataGridView1.TextMatrix(0, col);
-        lbSourceFields.AddItem(name.empty() ? "Field " + std::to_string(col) : std::string(name));
-    }
+    for (int col = 0; col < DataGridView1.Cols(); ++col)
+        lbSourceFields.AddItem(FieldCaption(col));
+}
+
+std::string frmCSVWizard::FieldCaption(int col) const {
+    const std::string_view name = DataGridView1.TextMatrix(0, col);
+    return name.empty() ? "Field " + std::to_string(col) : std::string(name);
 }
 
 void frmCSVWizard::ParseCSV(const std::string& path) {
     const std::string text = ReadSourceText(disk_, path);
-    ParseDelimitedText(text, path, cbHeaderRow, DataGridView1, format_, lines_);
+    ParseDelimitedText(text, path, cbHeaderRow.Value() == controls::CheckBox::kChecked, DataGridView1,
+                       format_, lines_);
+    SourceIsRead();
 }
 
 void frmCSVWizard::ParseXML(const std::string& path) {
@@ -104,6 +121,12 @@ void frmCSVWizard::ParseXML(const std::string& path) {
     for (const std::string& tag : tags)
         lbScratch.AddItem(tag);
     ParseXmlText(text, path, tags, DataGridView1, lines_);
+    SourceIsRead();
+}
+
+void frmCSVWizard::SourceIsRead() {
+    layout_ = LayoutOf(DataGridView1);
+    ShowSource();
 }
 
 void frmCSVWizard::LoadMapFile() {
@@ -122,14 +145,54 @@ void frmCSVWizard::LoadMap(const std::string& path) {
         if (badMapLine_ == 0 && !SplitMapping(line)) badMapLine_ = lbMappings.ListCount() + 1;
         lbMappings.AddItem(std::move(line));
     }
+    TakeInJoinedFields();
 }
 
 void frmCSVWizard::SaveMap(const std::string& path) {
+    WriteMapFile(disk_, path, Mappings());
+}
+
+std::vector<std::string> frmCSVWizard::Mappings() const {
     std::vector<std::string> rows;
     rows.reserve(static_cast<std::size_t>(lbMappings.ListCount()));
     for (int row = 0; row < lbMappings.ListCount(); ++row)
         rows.push_back(lbMappings.List(row));
-    WriteMapFile(disk_, path, rows);
+    return rows;
+}
+
+void frmCSVWizard::TakeInJoinedFields() {
+    for (const std::string& row : Mappings()) {
+        if (const std::optional<Mapping> mapping = SplitMapping(row))
+            AddJoinedField(std::string(mapping->source));
+    }
+}
+
+bool frmCSVWizard::AddJoinedField(const std::string& name) {
+    if (AddJoinedColumn(DataGridView1, name) < 0) return false;
+    joined_.push_back(name);
+    lbSourceFields.AddItem(name);
+    ShowSource();
+    return true;
+}
+
+bool frmCSVWizard::JoinFields(const std::vector<std::string>& names) {
+    return names.size() > 1 && AddJoinedField(JoinedName(names));
+}
+
+SuggestedMap frmCSVWizard::Suggest() {
+    SuggestedMap suggested = SuggestMap(DataGridView1, Mappings(), clock_.Year());
+    const auto take = [](controls::ListBox& list, const std::string& text) {
+        for (int i = 0; i < list.ListCount(); ++i) {
+            if (list.List(i) == text) return list.RemoveItem(i);
+        }
+    };
+    for (const ProposedMapping& mapping : suggested.mappings) {
+        AddJoinedField(mapping.source);
+        AddMapItem(mapping.source, mapping.destination);
+        take(lbSourceFields, mapping.source);
+        take(lbDestFields, mapping.destination);
+    }
+    return suggested;
 }
 
 void frmCSVWizard::LoadMasterFieldArrayMap() {
@@ -137,9 +200,10 @@ void frmCSVWizard::LoadMasterFieldArrayMap() {
         Say("There are no field mappings specified. Either set them up now or load an existing Map");
         return;
     }
+    TakeInJoinedFields();
     for (int row = 0; row < lbMappings.ListCount(); ++row) {
         const std::string text = lbMappings.List(row);
-        const Mapping mapping = SplitOrFault(text, PlaceIn(mapFile_, badMapLine_));
+        const Mapping mapping = RequiredMapping(text, PlaceIn(mapFile_, badMapLine_));
         for (DestinationField& field : fields_) {
             if (field.caption == mapping.destination) field.source = mapping.source;
         }
@@ -219,93 +283,107 @@ void frmCSVWizard::LoadRow(InsertStatement& statement, int row, LoadLog* log) {
 }
 
 void frmCSVWizard::LoadDB() {
+    constexpr int kRowsBetweenLooks = 200;
     const int lastRow = DataGridView1.Rows() - 1;
     outcome_ = {};
-    pbLoadStatus.minimum = 0;
-    pbLoadStatus.maximum = lastRow;
-    pbLoadStatus.value = 0;
+    pbLoadStatus.SetRange(0, lastRow);
+    pbLoadStatus.SetValue(0);
     InsertStatement statement(Plan());
-    target_.Open("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + CSVMDBFilename +
-                 ";Mode=ReadWrite;Persist Security Info=False");
+    target_.Open(ConnectionText());
     try {
         for (int row = 1; row <= lastRow; ++row) {
-            pbLoadStatus.value = row;
+            pbLoadStatus.SetValue(row);
             desktop_.Progress(row, lastRow);
-            LoadRow(statement, row, LogWanted ? &ListBox1 : nullptr);
+            LoadRow(statement, row, LogWanted ? &ListBox1.Log() : nullptr);
+            if (LogWanted && row % kRowsBetweenLooks == 0) ListBox1.Changed();
         }
     } catch (...) {
         try {
             target_.Close();
         } catch (const Fault&) {  // the first fault says what went wrong
         }
+        ListBox1.Changed();
         throw;
     }
     target_.Close();
+    ListBox1.Changed();
+    lblSummary.SetCaption(SummaryText(outcome_));
+    RememberMap();
 }
 
-void frmCSVWizard::btnAddMapping_Click() {
-    const int source = SelectedListIndex(lbSourceFields);
-    const int destination = SelectedListIndex(lbDestFields);
-    if (source == -1 || destination == -1) {
-        Say("To Map fields, you must select one Source Field and one Dest Field and THEN press the Add Map "
-            "Item Button");
+std::string frmCSVWizard::ConnectionText() const {
+    return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + CSVMDBFilename +
+           ";Mode=ReadWrite;Persist Security Info=False";
+}
+
+std::optional<std::vector<std::string>> frmCSVWizard::LastMap() const {
+    if (MapsFolder.empty()) return std::nullopt;
+    return RememberedMaps(MapsFolder, disk_).Find(layout_);
+}
+
+void frmCSVWizard::RememberMap() {
+    if (MapsFolder.empty() || outcome_.written == 0) return;
+    try {
+        RememberedMaps(MapsFolder, disk_).Remember(layout_, Mappings());
+    } catch (const Fault&) {
+        // The load has gone well, and the map can be made again.
         return;
     }
-    AddMapItem(lbSourceFields.List(source), lbDestFields.List(destination));
-    lbSourceFields.RemoveItem(source);
-    lbDestFields.RemoveItem(destination);
 }
 
-void frmCSVWizard::btnRemoveMapItem_Click() {
-    const int row = SelectedListIndex(lbMappings);
-    if (row == -1) return;
-    const std::string text = lbMappings.List(row);
-    const Mapping mapping = SplitOrFault(text, {});
-    lbMappings.RemoveItem(row);
-    lbSourceFields.AddItem(std::string(mapping.source));
-    lbDestFields.AddItem(std::string(mapping.destination));
-}
-
-void frmCSVWizard::btnReset_Click() {
-    LoadDestFields();
-    LoadSourceFields();
-    lbMappings.Clear();
-}
-
-void frmCSVWizard::btnLoadMappings_Click() {
-    LoadMapFile();
-}
-
-void frmCSVWizard::btnSaveMappings_Click() {
-    if (lbMappings.ListCount() == 0) {
-        Say("There are no mappings to save");
-        return;
+std::vector<PreviewRow> frmCSVWizard::Preview(int rows) {
+    std::vector<PreviewRow> shown;
+    const std::vector<DestinationField> fields = fields_;
+    if (lbMappings.ListCount() > 0) LoadMasterFieldArrayMap();
+    InsertStatement statement(Plan());
+    target_.BeginTrial(ConnectionText());
+    try {
+        for (int row = 1; row <= std::min(rows, DataGridView1.Rows() - 1); ++row)
+            shown.push_back(TryRow(statement, row));
+    } catch (...) {
+        target_.EndTrial();
+        fields_ = fields;
+        throw;
     }
-    dlgMaps.forSaving = true;
-    const std::string path = desktop_.Choose(dlgMaps);
-    if (!path.empty()) SaveMap(path);
+    target_.EndTrial();
+    fields_ = fields;
+    return shown;
 }
 
-void frmCSVWizard::btnLoadDB_Click() {
-    pbLoadStatus.visible = true;
-    LoadMasterFieldArrayMap();
-    LoadDB();
-    // With the lower panel open the dialog stays, so that the log can be read.
-    if (btnShowAdvanced1Visible) isUnloaded = true;
+PreviewRow frmCSVWizard::TryRow(InsertStatement& statement, int row) {
+    PreviewRow shown{.row = row, .line = LineOf(row), .values = std::vector<std::string>(fields_.size())};
+    try {
+        statement.Build(DataGridView1, row, nullptr);
+    } catch (const Fault& fault) {
+        shown.refusal = fault.description;
+        return shown;
+    }
+    statement.CatchFaults();
+    try {
+        target_.Execute(statement.Text());
+    } catch (const Fault& fault) {
+        shown.refusal = ExplainRefusal(fault, statement, DataGridView1, row).reason;
+        return shown;
+    }
+    std::string key;
+    const std::vector<MappedColumn>& columns = statement.Plan().columns;
+    for (std::size_t k = 0; k < columns.size(); ++k) {
+        if (columns[k].field.column == "CENTRALKEY") key = statement.Values()[k];
+    }
+    for (const StoredField& stored : target_.FindRecord(key)) {
+        for (std::size_t i = 0; i < fields_.size(); ++i) {
+            if (text::EqualsNoCase(fields_[i].column, stored.column))
+                shown.values[i] = ShownValue(stored.value);
+        }
+    }
+    return shown;
 }
 
-void frmCSVWizard::btnClear_Click() {
-    ListBox1.Clear();
-}
-
-void frmCSVWizard::btnShowAdvanced1_Click() {
-    heightTwips = 11580;
-    btnShowAdvanced1Visible = false;
-}
-
-void frmCSVWizard::btnShowAdvanced2_Click() {
-    heightTwips = 7515;
-    btnShowAdvanced1Visible = true;
+void frmCSVWizard::SaveLog(const std::string& path) {
+    std::string text;
+    for (int line = 0; line < ListBox1.ListCount(); ++line)
+        text.append(ListBox1.Log().List(static_cast<std::size_t>(line))).append("\r\n");
+    files::WriteWholeFile(path, text, files::Replaced::KeptAsBak, disk_);
 }
 
 std::optional<SourceKind> SourceKindOf(const std::string& path) {

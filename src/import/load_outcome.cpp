@@ -100,6 +100,37 @@ bool LoadOutcome::HasErrors() const {
     return std::any_of(refused.begin(), refused.end(), [](const RefusedRow& row) { return !row.isBlank; });
 }
 
+std::string SummaryText(const LoadOutcome& outcome) {
+    constexpr std::size_t kRowsNamed = 8;
+    struct Group {
+        std::string reason;
+        std::vector<long> rows;
+    };
+    std::vector<Group> groups;
+    for (const RefusedRow& refused : outcome.refused) {
+        // Without the value, which differs from row to row.
+        const std::string reason = refused.reason.substr(0, refused.reason.find(": "));
+        auto group = std::find_if(groups.begin(), groups.end(),
+                                  [&](const Group& known) { return known.reason == reason; });
+        if (group == groups.end()) group = groups.insert(groups.end(), {reason, {}});
+        group->rows.push_back(refused.row);
+    }
+    std::stable_sort(groups.begin(), groups.end(),
+                     [](const Group& a, const Group& b) { return a.rows.size() > b.rows.size(); });
+
+    std::string text = text::IntegerText(outcome.rows) + (outcome.rows == 1 ? " row: " : " rows: ") +
+                       text::IntegerText(outcome.written) + " written, " +
+                       text::IntegerText(outcome.rows - outcome.written) + " refused";
+    for (const Group& group : groups) {
+        text += "\n" + text::IntegerText(static_cast<std::int64_t>(group.rows.size())) + " x " +
+                group.reason + (group.rows.size() == 1 ? " (row" : " (rows");
+        for (std::size_t i = 0; i < std::min(group.rows.size(), kRowsNamed); ++i)
+            text += (i == 0 ? " " : ", ") + text::IntegerText(group.rows[i]);
+        text += group.rows.size() > kRowsNamed ? ", ...)" : ")";
+    }
+    return text;
+}
+
 RefusedRow ExplainRefusal(const Fault& fault, const InsertStatement& statement, const SourceGrid& grid,
                           int row) {
     if (IsBlankRow(grid, row)) return {.reason = "blank row", .isBlank = true};

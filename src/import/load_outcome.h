@@ -29,6 +29,10 @@ struct LoadOutcome {
     [[nodiscard]] bool HasErrors() const;
 };
 
+/// What became of a load, for the user: how many rows were written and refused, and a line for each reason
+/// with its rows, the most frequent first.
+[[nodiscard]] std::string SummaryText(const LoadOutcome& outcome);
+
 /// Why the store refused the last row that `statement` built. Fills everything but the place (`row`, `line`).
 [[nodiscard]] RefusedRow ExplainRefusal(const Fault& fault, const InsertStatement& statement,
                                         const SourceGrid& grid, int row);

@@ -1,6 +1,7 @@
 #include "import/mapping.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "import/source_text.h"
 #include "platform/files/whole_file.h"
@@ -39,6 +40,15 @@ std::optional<Mapping> SplitMapping(std::string_view text) {
     while (last > 0 && (static_cast<unsigned char>(before[last]) & 0xC0U) == 0x80U)
         --last;
     return Mapping{before.substr(0, last), WithoutFirst(text.substr(at + kArrow.size()), 1)};
+}
+
+Mapping RequiredMapping(std::string_view text, Place place) {
+    if (const std::optional<Mapping> mapping = SplitMapping(text)) return *mapping;
+    throw Fault{fault::kInvalidCall,
+                "\"" + std::string(text) +
+                    "\" is no mapping: it must read SOURCE FIELD <-> DESTINATION FIELD. Correct the line or "
+                    "take it out.",
+                std::move(place)};
 }
 
 std::vector<std::string> ReadMapFile(files::HostDisk& disk, const std::filesystem::path& path) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/fault.h"
 #include "platform/files/host_file.h"
 
 /// Mappings of a source field to a destination caption, and the files that keep them.
@@ -23,6 +24,9 @@ struct Mapping {
 /// behind it belong to neither. Nothing when there is no "<->" or when it stands at the very start. The sides
 /// are parts of `text`.
 [[nodiscard]] std::optional<Mapping> SplitMapping(std::string_view text);
+
+/// The same, for a row that must be a mapping. Fault 5: it is none; `place` says where it came from.
+[[nodiscard]] Mapping RequiredMapping(std::string_view text, Place place);
 
 /// The lines of a map file, as they stand but for one leading and one trailing double quote. Lines end in CR,
 /// CR LF or LF. Faults: as files::ReadWholeFile.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "platform/fault.h"
 
@@ -53,14 +54,46 @@ void SourceGrid::SetTextMatrix(int row, int col, std::string_view text) {
         cells_.resize(place.first + static_cast<std::size_t>(col) + 1);
         place.width = col + 1;
     }
+    cells_[place.first + static_cast<std::size_t>(col)] = NewCell(text);
+}
+
+SourceGrid::Cell SourceGrid::NewCell(std::string_view text) {
     if (text.size() > std::numeric_limits<std::uint32_t>::max() - texts_.size()) {
         throw Fault{fault::kOutOfMemory,
                     "The source holds more than 4 GB of text. Split it and import the parts."};
     }
-    Cell& cell = cells_[place.first + static_cast<std::size_t>(col)];
-    cell.offset = static_cast<std::uint32_t>(texts_.size());
-    cell.length = static_cast<std::uint32_t>(text.size());
+    const Cell cell{static_cast<std::uint32_t>(texts_.size()), static_cast<std::uint32_t>(text.size())};
     texts_.append(text);
+    return cell;
+}
+
+void SourceGrid::InsertColumn(int col, const std::vector<std::string>& texts) {
+    if (col != cols_) CheckPlace(0, col);
+    std::vector<Cell> cells;
+    cells.reserve(cells_.size() + rows_.size());
+    for (std::size_t r = 0; r < rows_.size(); ++r) {
+        Row& row = rows_[r];
+        const auto old = cells_.begin() + static_cast<std::ptrdiff_t>(row.first);
+        const std::string_view text = r < texts.size() ? std::string_view(texts[r]) : std::string_view();
+        const std::size_t first = cells.size();
+        cells.insert(cells.end(), old, old + std::min(row.width, col));
+        if (row.width > col || !text.empty()) {
+            cells.resize(first + static_cast<std::size_t>(col));
+            cells.push_back(NewCell(text));
+            if (row.width > col) cells.insert(cells.end(), old + col, old + row.width);
+        }
+        row.first = first;
+        row.width = static_cast<int>(cells.size() - first);
+    }
+    cells_ = std::move(cells);
+    ++cols_;
+}
+
+int SourceGrid::FindColumn(std::string_view name) const {
+    for (int col = 0; col < cols_; ++col) {
+        if (TextMatrix(0, col) == name) return col;
+    }
+    return -1;
 }
 
 void SourceGrid::Clear() {

@@ -23,6 +23,11 @@ class SourceGrid {
     [[nodiscard]] std::string_view TextMatrix(int row, int col) const;
     /// Faults: 9 outside the grid, 7 more than 4 GB of text.
     void SetTextMatrix(int row, int col, std::string_view text);
+    /// Puts a new column in front of the one at `col`, which may be the number of columns; `texts` are its
+    /// cells from row 0 on, and rows behind them are empty in it. Faults: 9 no such column, 7 as above.
+    void InsertColumn(int col, const std::vector<std::string>& texts);
+    /// The first column whose text in row 0 is `name`, -1 when there is none.
+    [[nodiscard]] int FindColumn(std::string_view name) const;
     /// Empties every cell; rows and columns stay.
     void Clear();
 
@@ -37,6 +42,7 @@ class SourceGrid {
         int width = 0;
     };
     void CheckPlace(int row, int col) const;
+    [[nodiscard]] Cell NewCell(std::string_view text);
 
     std::string texts_;
     std::vector<Cell> cells_;

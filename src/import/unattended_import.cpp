@@ -7,6 +7,7 @@
 
 #include "import/csv_wizard.h"
 #include "import/load_target.h"
+#include "import/mapping.h"
 #include "import/source_text.h"
 #include "platform/fault.h"
 
@@ -35,30 +36,62 @@ text::Date SourceFileDate(const std::string& path) {
     return day + (local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec) / 86400.0;
 }
 
-ImportResult ImportFile(common::Session& session, const ImportJob& job,
-                        const std::function<void()>& makeDatabook, ado::PathMapper mapper) {
-    const std::optional<SourceKind> kind = SourceKindOf(job.source);
+namespace {
+
+/// The reader for a source. Fault 20002: there is none for it, or nothing in it.
+SourceKind CheckSource(const std::string& source) {
+    const std::optional<SourceKind> kind = SourceKindOf(source);
     if (!kind) {
         throw Fault{fault::kSourceFormat, "A source file must be delimited text (.csv, .txt) or XML (.xml).",
-                    PlaceIn(job.source)};
+                    PlaceIn(source)};
     }
-    if (files::SystemDisk().Open(job.source, files::OpenMode::ReadOnly)->Size() == 0) {
+    if (files::SystemDisk().Open(source, files::OpenMode::ReadOnly)->Size() == 0) {
         throw Fault{fault::kSourceFormat, "The file is empty: there is nothing to import. Export it again.",
-                    PlaceIn(job.source)};
+                    PlaceIn(source)};
     }
+    return *kind;
+}
+
+}  // namespace
+
+ImportResult ImportFile(common::Session& session, const ImportJob& job,
+                        const std::function<void()>& makeDatabook, ado::PathMapper mapper) {
+    const SourceKind kind = CheckSource(job.source);
     AdoLoadTarget target(session.databooks, session.clock, std::move(mapper));
-    frmCSVWizard wizard(session.desktop, session.clock, target);
+    frmCSVWizard wizard(session, target);
     wizard.CSVFilename = job.source;
     wizard.CSVFiledate = job.sourceDate;
     wizard.CSVMDBFilename = job.databook;
     wizard.g_MapFileName = job.map;
-    wizard.cbHeaderRow = job.headerRow;
+    wizard.cbHeaderRow.SetValue(job.headerRow ? controls::CheckBox::kChecked
+                                              : controls::CheckBox::kUnchecked);
     wizard.LogWanted = job.logWanted;
-    wizard.PrepareUnattended(*kind);
+    wizard.PrepareUnattended(kind);
     wizard.CheckFirstRow();
     makeDatabook();
     wizard.LoadDB();
-    return {wizard.Outcome(), std::move(wizard.ListBox1)};
+    return {wizard.Outcome(), std::move(wizard.ListBox1.Log())};
+}
+
+SuggestedMap SuggestFor(common::Session& session, const std::string& source, bool headerRow) {
+    const SourceKind kind = CheckSource(source);
+    AdoLoadTarget nowhere(session.databooks, session.clock);
+    frmCSVWizard wizard(session, nowhere);
+    wizard.cbHeaderRow.SetValue(headerRow ? controls::CheckBox::kChecked : controls::CheckBox::kUnchecked);
+    wizard.InitDataGrid();
+    if (kind == SourceKind::Xml) {
+        wizard.ParseXML(source);
+    } else {
+        wizard.ParseCSV(source);
+    }
+    return SuggestMap(wizard.DataGridView1, {}, session.clock.Year());
+}
+
+void SaveSuggestion(const SuggestedMap& suggestion, const std::string& path) {
+    std::vector<std::string> rows;
+    for (const ProposedMapping& mapping : suggestion.mappings)
+        rows.push_back(MappingText(mapping.source, mapping.destination));
+    WriteMapFile(files::SystemDisk(), path, rows);
 }
 
 }  // namespace zenvora::importing

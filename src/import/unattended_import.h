@@ -6,6 +6,7 @@
 #include "common/session.h"
 #include "import/load_log.h"
 #include "import/load_outcome.h"
+#include "import/suggested_map.h"
 #include "platform/ado/connection.h"
 #include "platform/text/date.h"
 
@@ -39,5 +40,13 @@ struct ImportResult {
 /// (frmCSVWizard), `makeDatabook` and the Databook.
 [[nodiscard]] ImportResult ImportFile(common::Session& session, const ImportJob& job,
                                       const std::function<void()>& makeDatabook, ado::PathMapper mapper = {});
+
+/// What the program would propose as the map of a source file. `headerRow` as in ImportJob. Faults: 20002 and
+/// those of the parsers, as above.
+[[nodiscard]] SuggestedMap SuggestFor(common::Session& session, const std::string& source, bool headerRow);
+
+/// Writes proposed mappings as a map file; a file that stands there is kept as NAME.bak. Faults: as
+/// WriteMapFile.
+void SaveSuggestion(const SuggestedMap& suggestion, const std::string& path);
 
 }  // namespace zenvora::importing

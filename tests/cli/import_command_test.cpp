@@ -169,5 +169,56 @@ TEST_F(ImportCommand, TakesPathsWithAnyCharacters) {
     EXPECT_EQ(Json::parse(MustRun({"records", book, "--format=json"}))["records"].size(), 2U);
 }
 
+TEST_F(ImportCommand, SuggestsAMapAndImportsNothing) {
+    const auto source =
+        Write("L.csv", "Street Number,Street Name,Sold Date,Sold Price,City\n12,Oak St,3/1/2009,5,Troy\n");
+    const auto before = Everything();
+    const auto result = Run({"import", source, "--suggest"});
+    EXPECT_EQ(result.status, Exit::Done);
+    EXPECT_EQ(
+        result.out,
+        "Street Number + Street Name <-> Address\nSold Date <-> Sale Date\nSold Price <-> Selling Price\n"
+        "City <-> City\n");
+    EXPECT_NE(result.err.find("the listing date"), std::string::npos);
+    EXPECT_EQ(MustRun({"import", source, "--suggest", "--quiet", "--format", "csv"}),
+              "source,destination\r\nStreet Number + Street Name,Address\r\nSold Date,Sale Date\r\n"
+              "Sold Price,Selling Price\r\nCity,City\r\n");
+    EXPECT_TRUE(
+        MustRun({"import", source, "--suggest", "--format", "json"})
+            .starts_with(
+                R"({"source":")" + source +
+                R"(","mappings":[{"source":"Street Number + Street Name","destination":"Address"},)"));
+    EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(ImportCommand, ImportsByTheMapThatItHasSaved) {
+    const auto source =
+        Write("L.csv", "Street Number,Street Name,Sold Date,Sold Price,City\n12,Oak St,3/1/2009,5,Troy\n");
+    MustRun({"import", source, "--suggest", "--save", At("L.map")});
+    EXPECT_EQ(Read(At("L.map")),
+              "Street Number + Street Name <-> Address\r\nSold Date <-> Sale Date\r\n"
+              "Sold Price <-> Selling Price\r\nCity <-> City\r\n");
+    MustRun({"import", source, "--into", At("L.mdb")});
+    EXPECT_EQ(MustRun({"sql", At("L.mdb"), "SELECT CENTRALKEY, ADDRESS, SALEDATE, SELLINGPR, CITY FROM COMPS",
+                       "--format", "csv"}),
+              "CENTRALKEY,ADDRESS,SALEDATE,SELLINGPR,CITY\r\n12 Oak St,12 Oak St,2009-03-01,5,Troy\r\n");
+    // A map that somebody may have worked on is not replaced by the way.
+    auto result = Run({"import", source, "--suggest", "--save", At("L.map")});
+    EXPECT_EQ(result.status, Exit::FileTrouble);
+    EXPECT_NE(result.LastLine().find("--force"), std::string::npos);
+    MustRun({"import", source, "--suggest", "--save", At("L.map"), "--force"});
+    EXPECT_EQ(Read(At("L.map.bak")), Read(At("L.map")));
+}
+
+TEST_F(ImportCommand, SaysWhenItHasNoMapToSuggest) {
+    auto result = Run({"import", Write("L.csv", "a,b\n1,2\n"), "--suggest", "--save", At("L.map")});
+    EXPECT_EQ(result.status, Exit::SomethingRefused);
+    EXPECT_NE(result.LastLine().find("L.csv"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(At("L.map")));
+    EXPECT_EQ(Run({"import", At("L.csv"), "--save", At("L.map")}).status, Exit::BadCommandLine);
+    EXPECT_EQ(Run({"import", At("L.csv"), "--suggest", "--save", At("L.csv")}).status, Exit::BadCommandLine);
+    EXPECT_EQ(Run({"import", At("M.csv"), "--suggest"}).status, Exit::FileTrouble);
+}
+
 }  // namespace
 }  // namespace zenvora::cli

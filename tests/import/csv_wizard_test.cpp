@@ -65,7 +65,9 @@ class CsvWizard : public testing::Test {
     shell::FixedClock clock{*text::DayNumber(2026, 6, 30)};
     testing_support::RecordingTarget target;
     testing_support::TextDisk disk;
-    frmCSVWizard wizard{desktop, clock, target, disk};
+    ado::DatabasePool pool;
+    common::Session session{desktop, clock, pool, {}, "COMPS", 0};
+    frmCSVWizard wizard{session, target, disk};
 };
 
 TEST_F(CsvWizard, HasThirteenDestinationFields) {
@@ -115,7 +117,7 @@ TEST_F(CsvWizard, ListsSourceFieldsAndNumbersThoseWithoutName) {
 }
 
 TEST_F(CsvWizard, ListsFieldsOfASourceWithoutHeader) {
-    wizard.cbHeaderRow = false;
+    wizard.cbHeaderRow.SetValue(controls::CheckBox::kUnchecked);
     disk.Set("L.CSV", "12 Oak St,Troy\n");
     wizard.ParseCSV("L.CSV");
     wizard.LoadSourceFields();
@@ -124,7 +126,7 @@ TEST_F(CsvWizard, ListsFieldsOfASourceWithoutHeader) {
 
 TEST_F(CsvWizard, ActivationReadsTheSourceAndLeavesTheMappings) {
     wizard.AddMapItem("Street", "Address");
-    wizard.Activate("/data");
+    wizard.ReadSource("/data");
     EXPECT_EQ(wizard.dlgMaps.directory, "/data");
     EXPECT_EQ(ItemsOf(wizard.lbSourceFields), (Row{"Field 0", "Street", "Town", "Price"}));
     EXPECT_EQ(ItemsOf(wizard.lbDestFields), kCaptions);
@@ -134,23 +136,23 @@ TEST_F(CsvWizard, ActivationReadsTheSourceAndLeavesTheMappings) {
 }
 
 TEST_F(CsvWizard, ActivationReadsTheHeaderBoxAnew) {
-    wizard.cbHeaderRow = false;
-    wizard.Activate("");
+    wizard.cbHeaderRow.SetValue(controls::CheckBox::kUnchecked);
+    wizard.ReadSource("");
     EXPECT_EQ(wizard.DataGridView1.Rows(), 4);
-    wizard.cbHeaderRow = true;
-    wizard.Activate("");
+    wizard.cbHeaderRow.SetValue(controls::CheckBox::kChecked);
+    wizard.ReadSource("");
     EXPECT_EQ(wizard.DataGridView1.Rows(), 3);
 }
 
 TEST_F(CsvWizard, ActivationTakesTheXmlReaderForAnyPathWithXmlInIt) {
     disk.Set("old.xml/L.csv", "<a>1</a>\n<b>2</b>\n");
     wizard.CSVFilename = "old.xml/L.csv";
-    wizard.Activate("");
+    wizard.ReadSource("");
     EXPECT_EQ(ItemsOf(wizard.lbSourceFields), (Row{"a", "b"}));
     EXPECT_EQ(ItemsOf(wizard.lbScratch), (Row{"a", "b"}));
     disk.Set("L.XML", "a,b\n1,2");
     wizard.CSVFilename = "L.XML";  // only lower case counts here
-    wizard.Activate("");
+    wizard.ReadSource("");
     EXPECT_EQ(ItemsOf(wizard.lbSourceFields), (Row{"Field 0", "a", "b"}));
 }
 
@@ -163,7 +165,7 @@ TEST_F(CsvWizard, ReadsXmlTwiceWithoutKeepingOldTags) {
 }
 
 TEST_F(CsvWizard, AddMappingPairsTheTwoSelectedFields) {
-    wizard.Activate("");
+    wizard.ReadSource("");
     wizard.lbSourceFields.SetListIndex(1);
     wizard.lbDestFields.SetListIndex(0);
     wizard.btnAddMapping_Click();
@@ -174,7 +176,7 @@ TEST_F(CsvWizard, AddMappingPairsTheTwoSelectedFields) {
 }
 
 TEST_F(CsvWizard, AddMappingNeedsBothSelections) {
-    wizard.Activate("");
+    wizard.ReadSource("");
     wizard.lbSourceFields.SetListIndex(1);
     for (int press = 0; press < 2; ++press) {
         desktop.Expect(
@@ -188,7 +190,7 @@ TEST_F(CsvWizard, AddMappingNeedsBothSelections) {
 }
 
 TEST_F(CsvWizard, RemoveMapItemPutsBothNamesAtTheEnds) {
-    wizard.Activate("");
+    wizard.ReadSource("");
     wizard.lbSourceFields.SetListIndex(1);
     wizard.lbDestFields.SetListIndex(0);
     wizard.btnAddMapping_Click();
@@ -212,7 +214,7 @@ TEST_F(CsvWizard, RemoveMapItemFaultsAtARowThatIsNoMapping) {
 }
 
 TEST_F(CsvWizard, ResetFillsTheListsAndKeepsGridAndMaster) {
-    wizard.Activate("");
+    wizard.ReadSource("");
     wizard.AddMapItem("Street", "Address");
     wizard.LoadMasterFieldArrayMap();
     wizard.btnReset_Click();
@@ -224,7 +226,7 @@ TEST_F(CsvWizard, ResetFillsTheListsAndKeepsGridAndMaster) {
 }
 
 TEST_F(CsvWizard, LoadMappingsReloadsTheKnownFileWithoutADialog) {
-    wizard.Activate("");
+    wizard.ReadSource("");
     wizard.AddMapItem("x", "Zip");
     wizard.btnLoadMappings_Click();
     wizard.btnLoadMappings_Click();
@@ -337,8 +339,8 @@ TEST_F(CsvWizard, RunsUnattendedFromFileToStatements) {
     EXPECT_TRUE(wizard.Outcome().refused.empty());
     EXPECT_EQ(desktop.lastDone, 2);
     EXPECT_EQ(desktop.lastTotal, 2);
-    EXPECT_EQ(wizard.pbLoadStatus.value, 2);
-    EXPECT_EQ(wizard.pbLoadStatus.maximum, 2);
+    EXPECT_EQ(wizard.pbLoadStatus.Value(), 2);
+    EXPECT_EQ(wizard.pbLoadStatus.Maximum(), 2);
 }
 
 TEST_F(CsvWizard, RunsUnattendedFromXml) {
@@ -358,7 +360,7 @@ TEST_F(CsvWizard, RunsWithoutAMapWhenTheDialogIsCancelled) {
     target.onExecute = [](std::string_view) { throw Fault{fault::kSyntax, "none of the forms"}; };
     wizard.RunUnattended(SourceKind::Delimited);
     EXPECT_EQ(target.statements, (Row{"INSERT INTO COMPS () VALUES ()", "INSERT INTO COMPS () VALUES ()"}));
-    EXPECT_EQ(LinesOf(wizard.ListBox1).back(), "Record NOT Written");
+    EXPECT_EQ(LinesOf(wizard.ListBox1.Log()).back(), "Record NOT Written");
     EXPECT_EQ(wizard.Outcome().written, 0);
     ASSERT_EQ(wizard.Outcome().refused.size(), 2U);
     EXPECT_EQ(wizard.Outcome().refused[0].reason, "no field is mapped to a column of the source");
@@ -371,28 +373,28 @@ TEST_F(CsvWizard, LogsEveryRow) {
             throw Fault{fault::kNullKey, "The key is Null."};
     };
     wizard.RunUnattended(SourceKind::Delimited);
-    EXPECT_EQ(LinesOf(wizard.ListBox1), (Row{"",   "Row  1",
-                                             "",   "CITY loaded with Troy",
-                                             "",   "INSERT INTO COMPS",
-                                             "(",  "CITY",
-                                             ") ", "VALUES",
-                                             "(",  "\"Troy\"",
-                                             ")",  "Record Written",  //
-                                             "",   "Row  2",
-                                             "",   "CITY loaded with Novi",
-                                             "",   "INSERT INTO COMPS",
-                                             "(",  "CITY",
-                                             ") ", "VALUES",
-                                             "(",  "\"Novi\"",
-                                             ")",  "Record NOT Written"}));
+    EXPECT_EQ(LinesOf(wizard.ListBox1.Log()), (Row{"",   "Row  1",
+                                                   "",   "CITY loaded with Troy",
+                                                   "",   "INSERT INTO COMPS",
+                                                   "(",  "CITY",
+                                                   ") ", "VALUES",
+                                                   "(",  "\"Troy\"",
+                                                   ")",  "Record Written",  //
+                                                   "",   "Row  2",
+                                                   "",   "CITY loaded with Novi",
+                                                   "",   "INSERT INTO COMPS",
+                                                   "(",  "CITY",
+                                                   ") ", "VALUES",
+                                                   "(",  "\"Novi\"",
+                                                   ")",  "Record NOT Written"}));
     wizard.btnClear_Click();
-    EXPECT_EQ(wizard.ListBox1.ListCount(), 0U);
+    EXPECT_EQ(wizard.ListBox1.ListCount(), 0);
 }
 
 TEST_F(CsvWizard, LeavesTheLogAloneWhenNobodyWantsIt) {
     wizard.LogWanted = false;
     wizard.RunUnattended(SourceKind::Delimited);
-    EXPECT_EQ(wizard.ListBox1.ListCount(), 0U);
+    EXPECT_EQ(wizard.ListBox1.ListCount(), 0);
     EXPECT_EQ(target.statements.size(), 2U);
 }
 
@@ -438,7 +440,7 @@ TEST_F(CsvWizard, ColumnsOfOneNameGoInTwice) {
 }
 
 TEST_F(CsvWizard, TheLastColumnWithoutHeaderCannotBeLoaded) {
-    wizard.cbHeaderRow = false;
+    wizard.cbHeaderRow.SetValue(controls::CheckBox::kUnchecked);
     disk.Set("L.CSV", "12 Oak St,Troy");
     disk.Set("L.map", "Field  2 <-> Address\r\nField 2 <-> City\r\n");
     wizard.RunUnattended(SourceKind::Delimited);
@@ -477,26 +479,28 @@ TEST_F(CsvWizard, ABadSaleDateBesideDaysOnMarketEndsTheLoadOnTheFirstRowOnly) {
 }
 
 TEST_F(CsvWizard, LoadDbButtonEndsTheDialogUnlessTheLowerPanelIsOpen) {
-    wizard.Activate("");
+    wizard.Load();
+    wizard.ReadSource("");
     wizard.LoadMap("L.map");
     wizard.btnShowAdvanced1_Click();
-    EXPECT_EQ(wizard.heightTwips, 11580);
+    EXPECT_EQ(wizard.Placement().height, 11580);
     wizard.btnLoadDB_Click();
-    EXPECT_TRUE(wizard.pbLoadStatus.visible);
-    EXPECT_FALSE(wizard.isUnloaded);
+    EXPECT_TRUE(wizard.pbLoadStatus.Visible());
+    EXPECT_TRUE(wizard.Loaded());
     wizard.btnShowAdvanced2_Click();
-    EXPECT_EQ(wizard.heightTwips, 7515);
+    EXPECT_EQ(wizard.Placement().height, 7515);
     wizard.btnLoadDB_Click();
-    EXPECT_TRUE(wizard.isUnloaded);
+    EXPECT_FALSE(wizard.Loaded());
     EXPECT_EQ(target.statements.size(), 4U);
 }
 
 TEST_F(CsvWizard, LoadDbButtonWithoutMappingsSaysSoAndLoadsAllTheSame) {
-    wizard.Activate("");
+    wizard.Load();
+    wizard.ReadSource("");
     desktop.Expect(kNoMappings);
     wizard.btnLoadDB_Click();
     EXPECT_EQ(target.statements.size(), 2U);
-    EXPECT_TRUE(wizard.isUnloaded);
+    EXPECT_FALSE(wizard.Loaded());
 }
 
 TEST(SourceKindOf, GoesByTheExtensionInAnyCase) {

@@ -23,6 +23,9 @@ class RecordingTarget final : public importing::LoadTarget {
         onExecute(statement);
     }
     void Close() override { ++timesClosed; }
+    void BeginTrial(std::string_view text) override { Open(text); }
+    void EndTrial() noexcept override { ++timesClosed; }
+    std::vector<importing::StoredField> FindRecord(std::string_view) override { return {}; }
 };
 
 }  // namespace zenvora::testing_support

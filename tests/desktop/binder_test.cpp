@@ -572,13 +572,18 @@ TEST_F(BinderTest, EntriesOfAComboBoxComeAndGoAndTheTextStays) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(BinderTest, AComboBoxTakesAWholeListAtOnce) {
+TEST_F(BinderTest, AComboBoxGrowsAtItsEndAndTakesAnotherListBehindAClear) {
     form.cboText.AddItem("one");
     Show();
-    form.cboText.SetItems({"two", "three"});
     auto& box = Find<QComboBox>("cboText");
-    EXPECT_EQ(box.itemText(0), QStringLiteral("two"));
-    EXPECT_EQ(box.count(), 2);
+    form.cboText.AddItems({"two", "three"});
+    EXPECT_EQ(box.count(), 3);
+    EXPECT_EQ(box.itemText(0), QStringLiteral("one"));
+    EXPECT_EQ(box.itemText(2), QStringLiteral("three"));
+    form.cboText.Clear();
+    form.cboText.AddItems({"four", "five", "six"});
+    EXPECT_EQ(box.count(), 3);
+    EXPECT_EQ(box.itemText(0), QStringLiteral("four"));
 }
 
 TEST_F(BinderTest, ABoxToPickFromTakesNoText) {

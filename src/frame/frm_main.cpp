@@ -177,6 +177,7 @@ void frmMain::BindMenus() {
         OpenDatabook();
         open.OpenMode = 1;
     });
+    mnuFileItem[3].OnClick([this] { MergeDatabooks(); });
     for (controls::MenuItem& item : mnuRecentItem)
         item.OnClick([this, index = item.Index()] { OpenRecent(index); });
     mnuRefreshItem[1].OnClick([this] {

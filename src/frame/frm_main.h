@@ -191,6 +191,7 @@ class frmMain final : public controls::Form, public records::MainForm {
     [[nodiscard]] std::string FindDestination();
     void ChooseDatabook();
     [[nodiscard]] std::string ImportSource(const std::string& source);
+    void MergeDatabooks();
     void AskAboutOverwriting(const std::string& path);
     void CopyNewData(const std::string& destination);
     [[nodiscard]] bool MayOverwrite(const std::string& path);

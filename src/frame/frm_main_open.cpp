@@ -17,6 +17,7 @@
 #include "frame/frm_overwrite.h"
 #include "frame/hourglass.h"
 #include "frame/import_source.h"
+#include "import/frm_merge_dbs.h"
 #include "platform/text/number.h"
 #include "platform/text/utf8.h"
 
@@ -278,9 +279,11 @@ std::string frmMain::ImportSource(const std::string& source) {
     const std::string target = common::CkRSlash(session_.settings.currentDirectory) + parts.name + ".mdb";
     std::string map = parts.Folder() + parts.name + ".map";
     if (!common::FileExists(session_, session_.drives, map)) map.clear();
+    const SourceImport import{.source = source, .map = map, .target = target};
     const importing::LoadOutcome outcome = [&] {
+        if (open.DetailedView) return ImportShown(session_, import);
         const Hourglass hourglass(session_.desktop);
-        return ImportUnattended(session_, {.source = source, .map = map, .target = target});
+        return ImportUnattended(session_, import);
     }();
     TellRefusedRows(session_, common::Shown(session_.drives.HostPath(source).filename()), outcome);
     return target;
@@ -371,6 +374,18 @@ void frmMain::OnDropFile(const std::string& hostPath) {
     const bool opened = Guarded([&] { ConnectDestination(ImportSource(path)); });
     RebindGrid();
     if (opened) ShowPendingNotice();
+}
+
+// ---- merging ----
+
+void frmMain::MergeDatabooks() {
+    importing::frmMergeDBs dialog(session_, adoDatabook, TemplatePath(session_));
+    dialog.Show(controls::Modality::Modal);
+    Program().UnloadFormByName("frmMergeDBs");
+    if (!dialog.HasMerged() || !adoDatabook.HasRecordset()) return;
+    // The Databook that is open may be the one that was merged into.
+    ReopenRecordViews();
+    RefreshKeyButtons();
 }
 
 // ---- Open Recent ----

@@ -6,8 +6,10 @@
 #include "common/fault_text.h"
 #include "common/primitives.h"
 #include "databook/template.h"
+#include "import/csv_wizard.h"
+#include "import/load_target.h"
 #include "import/unattended_import.h"
-#include "platform/files/host_file.h"
+#include "platform/files/host_path.h"
 #include "platform/text/number.h"
 #include "platform/text/utf8.h"
 
@@ -25,6 +27,18 @@ fs::path FreeNameBeside(const fs::path& target) {
         fs::path path = target;
         path += ".part" + std::to_string(attempt);
         if (!fs::exists(fs::symlink_status(path, ignored))) return path;
+    }
+}
+
+/// Host path of the folder for the maps used last, made when it is missing; empty when there can be none.
+std::string MapsFolder(const common::Session& session) {
+    try {
+        const fs::path folder =
+            session.drives.HostPath(common::CkRSlash(session.settings.applicationDirectory) + "MAPS");
+        if (!files::PathExists(folder)) files::MakeHostDirectory(folder);
+        return common::Shown(folder);
+    } catch (const Fault&) {
+        return {};
     }
 }
 
@@ -61,6 +75,7 @@ importing::LoadOutcome ImportUnattended(common::Session& session, const SourceIm
     if (!import.map.empty()) job.map = common::Shown(session.drives.HostPath(import.map));
     job.sourceDate = importing::SourceFileDate(job.source);
     job.databook = "Databook";
+    job.mapsFolder = MapsFolder(session);
 
     std::optional<NewDatabook> databook;
     try {
@@ -73,6 +88,28 @@ importing::LoadOutcome ImportUnattended(common::Session& session, const SourceIm
         if (databook) databook->NameTarget(fault);
         throw;
     }
+}
+
+importing::LoadOutcome ImportShown(common::Session& session, const SourceImport& import) {
+    NewDatabook databook(session, import.target);
+    importing::AdoLoadTarget target(session.databooks, session.clock,
+                                    [&](std::string_view) { return databook.Path(); });
+    importing::frmCSVWizard wizard(session, target);
+    wizard.CSVFilename = common::Shown(session.drives.HostPath(import.source));
+    wizard.CSVFiledate = importing::SourceFileDate(wizard.CSVFilename);
+    wizard.CSVMDBFilename = common::Shown(databook.Path());
+    if (!import.map.empty()) wizard.g_MapFileName = common::Shown(session.drives.HostPath(import.map));
+    wizard.DetailedView = true;
+    wizard.MapsFolder = MapsFolder(session);
+    try {
+        wizard.Show(controls::Modality::Modal);
+        wizard.Unload();
+        databook.Finish();
+    } catch (Fault& fault) {
+        databook.NameTarget(fault);
+        throw;
+    }
+    return wizard.Outcome();
 }
 
 void TellRefusedRows(common::Session& session, const std::string& source,

@@ -21,6 +21,10 @@ struct SourceImport {
 /// outcome. Faults: those of the source and its map (with file and line), of the template, of writing.
 importing::LoadOutcome ImportUnattended(common::Session& session, const SourceImport& import);
 
+/// The same with the wizard on the screen, where the user makes the map. What was loaded when the wizard
+/// closes becomes the Databook.
+importing::LoadOutcome ImportShown(common::Session& session, const SourceImport& import);
+
 /// Tells the user which rows were refused and why, as far as a message holds them. Blank rows are no trouble.
 /// Nothing when all were written.
 void TellRefusedRows(common::Session& session, const std::string& source,

@@ -66,6 +66,7 @@ ImportResult ImportFile(common::Session& session, const ImportJob& job,
     wizard.cbHeaderRow.SetValue(job.headerRow ? controls::CheckBox::kChecked
                                               : controls::CheckBox::kUnchecked);
     wizard.LogWanted = job.logWanted;
+    wizard.MapsFolder = job.mapsFolder;
     wizard.PrepareUnattended(kind);
     wizard.CheckFirstRow();
     makeDatabook();

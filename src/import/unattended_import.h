@@ -20,6 +20,7 @@ struct ImportJob {
     bool headerRow = true;      ///< the first line of a delimited source names the fields
     text::Date sourceDate = 0;  ///< last change of the source, see SourceFileDate
     bool logWanted = false;
+    std::string mapsFolder{};  ///< where the map is remembered for its layout; empty: it is not
 };
 
 struct ImportResult {

@@ -17,7 +17,7 @@ struct Settings {
     std::string userDirectory;         ///< USERDIR
     std::string dataFile;              ///< DATAFILE: name without directory
     std::string filePathChoice;        ///< MDBFILEPATH: "1" always starts from the data directory
-    std::string splash1;               ///< SPLASH1, kept for the dialogs that store it: nothing looks at it
+    std::string splash1;               ///< SPLASH1; nothing looks at it: the start dialog always appears
     std::string splash2;               ///< SPLASH2, as SPLASH1
     std::string launchChoice;          ///< LAUNCHKRN: "0" asks whether to launch KRN
     bool addZeroes = true;             ///< ADDZEROES: three zeroes behind prices below 1,000

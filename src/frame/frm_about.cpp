@@ -40,7 +40,7 @@ void frmAbout::OnUnload() {
 }
 
 void frmAbout::OnHelp() {
-    common::OpenHelp(session_);
+    common::OpenHelp(session_, "about");
 }
 
 }  // namespace zenvora::frame

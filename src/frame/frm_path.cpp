@@ -96,6 +96,7 @@ void frmPath::OnLoad() {
 }
 
 void frmPath::OnUnload() {
+    txtFilename.SetText("");  // the close box chooses nothing
     common::SaveWindowPlacement(session_, *this);
 }
 

@@ -13,7 +13,7 @@
 namespace zenvora::frame {
 
 /// "Select A Path", the folder picker. The folder chosen is left in txtFilename when the dialog is hidden;
-/// Cancel leaves it empty.
+/// Cancel and the close box leave it empty.
 class frmPath final : public controls::Form {
   public:
     explicit frmPath(common::Session& session);

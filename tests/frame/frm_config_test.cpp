@@ -199,7 +199,16 @@ TEST_F(Configuration, TheButtonsBringTheFolderThatIsChosen) {
         EXPECT_EQ(form.txtUserDir.Text(), "C:\\zvr");
 
         test_.desktop.ExpectForm("frmPath", [](controls::Form& shown) {
-            dynamic_cast<frmPath&>(shown).txtFilename.SetText("C:\\ZVR");
+            auto& path = dynamic_cast<frmPath&>(shown);
+            path.txtFilename.SetText("C:\\ZVR");
+            path.cmdOk.Click();
+        });
+        form.cmdChooseProgDir.Click();
+        EXPECT_EQ(form.txtProgramDir.Text(), "C:\\ZVR");
+
+        // Left open: the user closes it by its close box.
+        test_.desktop.ExpectForm("frmPath", [](controls::Form& shown) {
+            dynamic_cast<frmPath&>(shown).txtFilename.SetText("C:\\NONE");
         });
         form.cmdChooseProgDir.Click();
         EXPECT_EQ(form.txtProgramDir.Text(), "C:\\ZVR");

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/fault.h"
+#include "platform/files/host_path.h"
+#include "platform/files/whole_file.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::files {
@@ -120,6 +122,13 @@ TEST(DriveCFolder, TakesTheFirstThatIsSet) {
     EXPECT_EQ(DriveCFolder("", "relative", "/home/ann"), "/home/ann/.local/share/zenvora");
     EXPECT_EQ(DriveCFolder("here", "", ""), std::filesystem::current_path() / "here");
     EXPECT_TRUE(DriveCFolder().is_absolute());
+}
+
+TEST(DriveMap, NowhereHoldsNothingAndTakesNothing) {
+    const auto path = DriveMap::Nowhere().HostPath("C:\\Appraise\\ZVR.INI");
+    EXPECT_FALSE(PathExists(path));
+    EXPECT_THROW(WriteWholeFile(path, "x"), Fault);
+    EXPECT_THROW(MakeHostDirectory(DriveMap::Nowhere().HostPath("C:\\Appraise")), Fault);
 }
 
 }  // namespace

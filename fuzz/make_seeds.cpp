@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const fs::path folder = argv[1];
-    for (const char* kind : {"jet", "delimited", "xml", "map", "sql", "ini", "link"})
+    for (const char* kind : {"jet", "delimited", "xml", "map", "sql", "ini", "link", "rich_text"})
         fs::create_directories(folder / kind);
     try {
         MakeDatabook(folder / "jet/empty_table.mdb", 0, false);
@@ -133,5 +133,11 @@ int main(int argc, char** argv) {
               "*READY\t1\n1\tOK\t\n2\tOK\tSmith,\n3\tERR\t380\tThe item was refused.\n");
     WriteSeed(folder / "link/queries.txt",
               "1\tOPEN\tKRN\tQuery\n2\tREQUEST\ta\\tb\n3\tPOKE\ta\tc\\r\\n\n4\tCLOSE\n5\tFITS\t\xC5\xBB\n");
+    WriteSeed(
+        folder / "rich_text/looks.rtf",
+        "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}{\\colortbl;\\red255\\green0\\blue0;}\\uc1"
+        "\\qc\\sb60\\sa20\\b One\\b0\\par\\pard\\li360\\fi-220\\bullet{\\i two}{\\ul\\cf1\\fs40 3}\\par"
+        "caf\\'e9 \\u8364?\\u-10179?\\u-8704?\\line\\tab{\\*\\x y}{\\v no}\\bin3 }}}\\~\\ulnone\\plain}");
+    WriteSeed(folder / "rich_text/plain.txt", "no rich text\r\nat all\n");
     return 0;
 }

@@ -19,7 +19,7 @@ fi
 
 # Three quarters of the time for the targets over .mdb files: name, kind of seeds, share of the time in percent.
 targets=("jet_open jet 20" "jet_verify jet 20" "jet_write jet 20" "jet_repair jet 20"
-    "delimited delimited 4" "xml xml 4" "map map 4" "sql sql 3" "ini ini 3" "link link 2")
+    "delimited delimited 3" "xml xml 3" "map map 3" "sql sql 3" "ini ini 3" "link link 2" "rich_text rich_text 3")
 names=("${targets[@]%% *}")
 build fuzz fuzz_seeds "${names[@]/#/fuzz_}"
 programs=build/fuzz/fuzz
@@ -28,6 +28,7 @@ found=build/fuzz/found
 rm -rf "$seeds" "$found"
 mkdir -p "$found"
 "$programs/fuzz_seeds" "$seeds"
+cp help/fields/*.rtf "$seeds/rich_text/"
 if [ -d "${ZENVORA_JET_SAMPLES:-}" ]; then
     find "$ZENVORA_JET_SAMPLES" -name '*.mdb' -size -200k -exec cp {} "$seeds/jet/" \;
 fi

@@ -17,8 +17,9 @@ namespace {
 
 void ShowItems(QComboBox& box, const controls::ComboBox& control) {
     const QSignalBlocker quiet(box);
-    box.clear();
-    for (int index = 0; index < control.ListCount(); ++index)
+    // A list grows at its end or is emptied: what stands there already stays, however long it is.
+    if (control.ListCount() < box.count()) box.clear();
+    for (int index = box.count(); index < control.ListCount(); ++index)
         box.addItem(Shown(control.List(index)));
 }
 

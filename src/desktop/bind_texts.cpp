@@ -107,6 +107,8 @@ QLabel* Binder::Bind(controls::Label& control, QWidget& named) {
     };
     Attach(control, *label, show);
     show(Property::Text);
+    OnMouse(*label, QEvent::MouseButtonRelease, [&control] { control.Click(); });
+    OnMouse(*label, QEvent::MouseButtonDblClick, [&control] { control.DblClick(); });
     return label;
 }
 

@@ -8,35 +8,6 @@
 
 namespace zenvora::records {
 
-SmallMainForm::SmallMainForm(common::Session& session)
-    : Form(session.forms, "frmMain", "Zenvora"),
-      adoDatabook(session.databooks, session.clock,
-                  [&session](std::string_view path) { return session.drives.HostPath(path); }),
-      session_(session) {
-    Add(txtCentralKey);
-    Add(txtBaseDate);
-    Add(cboBaseDate);
-    txtCentralKey.OnChange([this] {
-        CurrentKey = common::UpTrim(txtCentralKey.Text());
-        asked.emplace_back("key box " + txtCentralKey.Text());
-    });
-    txtBaseDate.OnChange([this] {
-        if (common::IsValidDateEntry(txtBaseDate.Text(), session_.clock))
-            EffectiveDate = common::ConvDate(std::string_view{txtBaseDate.Text()}, session_.clock);
-    });
-    cboBaseDate.OnChange([this] {
-        if (common::IsDate(cboBaseDate.Text(), session_.clock)) txtBaseDate.SetText(cboBaseDate.Text());
-    });
-}
-
-void SmallMainForm::ReopenRecordViews() {
-    if (refusesToReopen) throw Fault{fault::kDamaged, "The Databook is damaged."};
-    asked.emplace_back("reopen");
-    databook::AdoConnectSelect(adoDatabook, "C:\\DATA", "LISTINGS.mdb", "COMPS", databook::kMainFieldList,
-                               databook::kKeyOrder);
-    if (!CurrentKey.empty()) adoDatabook.Recordset().Find(databook::KeyCriterion(CurrentKey));
-}
-
 void User::Type(std::string_view field, std::string_view text) {
     GoTo(field);
     Control<controls::TextBox>(field).SetText(std::string(text));

@@ -13,37 +13,10 @@
 #include "records/edit_record.h"
 #include "records/frm_edit.h"
 #include "records/main_form.h"
+#include "records/small_main_form.h"
 #include "support/test_session.h"
 
 namespace zenvora::records {
-
-/// A main form that keeps the rules which matter to the record dialogs, and writes down what is asked of it.
-class SmallMainForm final : public controls::Form, public MainForm {
-  public:
-    explicit SmallMainForm(common::Session& session);
-
-    [[nodiscard]] SharedParts Shared() override {
-        return {adoDatabook, txtCentralKey, txtBaseDate, cboBaseDate, CurrentKey, EffectiveDate};
-    }
-    void ReopenRecordViews() override;
-    void RebindGrid() override { asked.emplace_back("rebind"); }
-    void ShowRecordCounts() override { asked.emplace_back("counts"); }
-    void RefreshKeyButtons() override { asked.emplace_back("buttons"); }
-    void DoCalculations() override { asked.emplace_back("calculate"); }
-
-    controls::TextBox txtCentralKey{"txtCentralKey"};
-    controls::TextBox txtBaseDate{"txtBaseDate"};
-    controls::ComboBox cboBaseDate{"cboBaseDate"};
-    ado::Adodc adoDatabook;
-    std::string CurrentKey;
-    common::Date EffectiveDate = 0;
-
-    std::vector<std::string> asked;
-    bool refusesToReopen = false;
-
-  private:
-    common::Session& session_;
-};
 
 /// The dialog in a user's hands: everything by the names of its controls.
 class User {

@@ -83,7 +83,9 @@ void Binder::ShowCommon(const Control& control, QWidget& widget, Property proper
             widget.setEnabled(control.Enabled());
             break;
         case Property::Visible:
-            widget.setVisible(control.Visible());
+            // One that is in no window yet would become a window itself; it comes up with the one it is laid
+            // out in.
+            if (!control.Visible() || widget.parentWidget() != nullptr) widget.setVisible(control.Visible());
             break;
         case Property::BackColor:
             ShowBackColor(control, widget);

@@ -27,7 +27,9 @@ class EditView {
         rows->addWidget(Address());
         QTextBrowser* const panel = bind_.Bind(form_.rtxtInfo);
         Binder::Name(*panel, "Help on the field");
-        panel->setMinimumHeight(PixelsOf(3275));
+        // As high as the longest of the help texts.
+        constexpr int kLinesOfHelp = 16;
+        panel->setMinimumHeight(kLinesOfHelp * panel->fontMetrics().lineSpacing());
         rows->addWidget(panel, 1);
         rows->addWidget(Entries());
         rows->addWidget(notes_->Line());
@@ -72,7 +74,7 @@ class EditView {
             grid->setColumnStretch(column++, 4);
         }
         QLineEdit* const state = add(form_.lblState, form_.txtState, 0);
-        state->setFixedWidth(WidthOf(*state, 3));
+        state->setFixedWidth(WidthOf(*state, 6));
         QLineEdit* const zip = add(form_.lblZip, form_.txtZip, 0);
         zip->setFixedWidth(WidthOf(*zip, kWidestDate));
         return group;

@@ -28,7 +28,7 @@ TEST_P(HelpText, SaysWhatTheEntryIsWhichRuleItMustMeetAndGivesAnExample) {
     EXPECT_TRUE(text.starts_with(GetParam().title)) << text;
     EXPECT_TRUE(paragraphs[0].runs.at(0).bold);
     EXPECT_EQ(paragraphs[0].runs.at(0).size, 14);
-    for (const char* heading : {"\nIn an export\n", "\nIt must\n", "\nExample\n", "\nGood to know\n"})
+    for (const char* heading : {"\nIn an export: ", "\nIt must\n", "\nExample: ", "\nGood to know: "})
         EXPECT_NE(text.find(heading), std::string::npos) << heading;
     EXPECT_NE(text.find(GetParam().example), std::string::npos);
     EXPECT_EQ(text.find_first_of("{}\\"), std::string::npos) << "a command shows as text";

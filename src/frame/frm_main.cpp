@@ -2,6 +2,10 @@
 
 #include <utility>
 
+#include "common/shell_open.h"
+#include "records/date_entry.h"
+#include "records/edit_record.h"
+
 namespace zenvora::frame {
 namespace {
 
@@ -149,10 +153,17 @@ void frmMain::LayOutMenus() {
 
 void frmMain::BindControls() {
     txtCentralKey.OnChange([this] { CentralKeyChanged(); });
+    cmdAdd.OnClick([this] { records::EditRecord(Application(), *this, "ADD"); });
+    cmdEdit.OnClick([this] { records::EditRecord(Application(), *this, "EDIT"); });
+    cmdDelete.OnClick([this] { records::DeleteRecord(Application(), *this); });
     txtBaseDate.OnChange([this] { BaseDateChanged(); });
     txtBaseDate.OnLostFocus([this] { BaseDateLeft(); });
     cboBaseDate.OnChange([this] { BaseDatePicked(); });
     cboBaseDate.OnClick([this] { BaseDatePicked(); });
+    imaBaseDateCal.OnClick([this] {
+        records::GetCalandarDate(Application(), txtBaseDate, "Effective Appraisal Date:");
+        txtBaseDate.SetFocus();
+    });
     tdbgData.OnClick([this] { GridRowChosen(); });
     tdbgData.OnRowColChange([this] { GridRowChosen(); });
     tdbgData.OnDblClick([this] { GridDblClick(); });
@@ -185,6 +196,11 @@ void frmMain::BindMenus() {
         SetUpDate(txtBaseDate, cboBaseDate);
     });
     mnuRefreshItem[2].OnClick([this] { CheckAllRecords("R"); });
+    mnuHelp2.OnClick([this] { common::OpenHelp(session_); });
+}
+
+records::Application frmMain::Application() const {
+    return {session_, services_.commandLine};
 }
 
 records::SharedParts frmMain::Shared() {

@@ -25,6 +25,7 @@
 #include "platform/controls/menu.h"
 #include "platform/controls/tab_pages.h"
 #include "platform/controls/text_box.h"
+#include "records/application.h"
 #include "records/main_form.h"
 
 namespace zenvora::frame {
@@ -165,6 +166,7 @@ class frmMain final : public controls::Form, public records::MainForm {
     void LayOutMenus();
     void BindControls();
     void BindMenus();
+    [[nodiscard]] records::Application Application() const;
 
     // The start.
     void ProbePrinter();
@@ -221,7 +223,6 @@ class frmMain final : public controls::Form, public records::MainForm {
     /// Takes over the report that is open in KRN; false when none is reachable.
     bool ReadReport(bool& mayAskToLaunch);
     [[nodiscard]] std::string ActiveReportName();
-    [[nodiscard]] bool IsKrnRunning();
 
     // The end.
     void CloseMainWindow();

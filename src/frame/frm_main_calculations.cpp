@@ -5,7 +5,7 @@
 
 #include "analysis/calculation.h"
 #include "common/file_helpers.h"
-#include "common/primitives.h"
+#include "common/processes.h"
 #include "frame/frm_main.h"
 #include "frame/hourglass.h"
 #include "platform/text/utf8.h"
@@ -61,22 +61,13 @@ bool frmMain::IsCondoForm() const {
 }
 
 std::string frmMain::ActiveReportName() {
-    if (services_.link == nullptr || !IsKrnRunning()) return {};
+    if (services_.link == nullptr || !common::IsKrnRunning(session_, lstProcesses)) return {};
     std::string drive;
     std::string dir;
     std::string name;
     std::string ext;
     common::ParseFileName(services_.link->ActiveReport(), drive, dir, name, ext);
     return name;
-}
-
-bool frmMain::IsKrnRunning() {
-    for (const std::string& process : session_.machine.ProcessNames())
-        lstProcesses.AddItem(process);
-    for (int place = 0; place < lstProcesses.ListCount(); ++place) {
-        if (common::UpTrim(lstProcesses.List(place)) == "KRN.EXE") return true;
-    }
-    return false;
 }
 
 }  // namespace zenvora::frame

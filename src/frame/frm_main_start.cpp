@@ -7,6 +7,7 @@
 #include "common/globals.h"
 #include "common/placement.h"
 #include "common/primitives.h"
+#include "common/shell_open.h"
 #include "databook/schema_upgrade.h"
 #include "frame/fault_messages.h"
 #include "frame/frm_main.h"
@@ -78,7 +79,7 @@ void frmMain::ProbePrinter() {
 }
 
 void frmMain::OnHelp() {
-    mnuHelp2.Click();
+    common::OpenHelp(session_);
 }
 
 void frmMain::RunOpenLoop() {

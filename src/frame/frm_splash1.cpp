@@ -1,8 +1,7 @@
 #include "frame/frm_splash1.h"
 
-#include "common/file_helpers.h"
 #include "common/placement.h"
-#include "common/primitives.h"
+#include "common/shell_open.h"
 #include "common/tags.h"
 
 namespace zenvora::frame {
@@ -46,8 +45,8 @@ frmSplash1::frmSplash1(common::Session& session, OpenState& open)
             Unload();
         });
     }
-    Label1.OnClick([this] { OpenHelp(); });
-    lblHelpLink.OnClick([this] { OpenHelp(); });
+    Label1.OnClick([this] { OnHelp(); });
+    lblHelpLink.OnClick([this] { OnHelp(); });
 }
 
 bool frmSplash1::EndsForAnotherInstance() {
@@ -75,17 +74,8 @@ void frmSplash1::OnUnload() {
     notice_.reset();
 }
 
-void frmSplash1::OpenHelp() {
-    const std::string file = common::CkRSlash(session_.settings.applicationDirectory) + "ZVR.CHM";
-    if (!common::FileExists(session_, session_.drives, file)) return;
-    shell::OpenRequest request;
-    request.file = session_.drives.HostPath(file).string();
-    request.verb = "open";
-    static_cast<void>(session_.machine.Open(request));
-}
-
 void frmSplash1::OnHelp() {
-    OpenHelp();
+    common::OpenHelpIfThere(session_);
 }
 
 }  // namespace zenvora::frame

@@ -35,7 +35,6 @@ class frmSplash1 final : public controls::Form {
 
   private:
     [[nodiscard]] bool EndsForAnotherInstance();
-    void OpenHelp();
 
     common::Session& session_;
     OpenState& open_;

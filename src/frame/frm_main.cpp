@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/shell_open.h"
+#include "frame/frm_config.h"
 #include "records/date_entry.h"
 #include "records/edit_record.h"
 
@@ -23,7 +24,8 @@ frmMain::frmMain(common::Session& session, MainServices services)
       adoSQL(session.databooks, session.clock, MapperOf(session)),
       session_(session),
       services_(std::move(services)),
-      mapper_(MapperOf(session)) {
+      mapper_(MapperOf(session)),
+      about_(session, ZENVORA_VERSION) {
     SetPlacement({.width = 12015, .height = 7005});
     LayOutControls();
     LayOutMenus();
@@ -196,6 +198,8 @@ void frmMain::BindMenus() {
         SetUpDate(txtBaseDate, cboBaseDate);
     });
     mnuRefreshItem[2].OnClick([this] { CheckAllRecords("R"); });
+    mnuSetupConfig.OnClick([this] { ShowConfiguration(session_); });
+    mnuAbout.OnClick([this] { about_.Show(controls::Modality::Modeless); });
     mnuHelp2.OnClick([this] { common::OpenHelp(session_); });
 }
 

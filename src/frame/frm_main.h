@@ -10,6 +10,7 @@
 #include "common/dates.h"
 #include "common/session.h"
 #include "frame/appraisal_link.h"
+#include "frame/frm_about.h"
 #include "frame/open_state.h"
 #include "frame/recent_databooks.h"
 #include "platform/ado/adodc.h"
@@ -233,6 +234,7 @@ class frmMain final : public controls::Form, public records::MainForm {
     ado::PathMapper mapper_;
     analysis::CompsGridRows gridRows_{adoDatabook};
     RecentDatabooks recent_{session_};
+    frmAbout about_;
     controls::FileDialog cdlMain;  ///< the one file dialog of the window; keeps the last file chosen
     bool printerAvailable_ = false;
     bool askKrnAtStart_ = false;  ///< the link check may offer to launch KRN

@@ -6,11 +6,13 @@
 #include "common/error_rule.h"
 #include "common/fault_text.h"
 #include "frame/fault_messages.h"
+#include "frame/provisioning.h"
 
 namespace zenvora::frame {
 
 ZenvoraProgram::ZenvoraProgram(ProgramParts parts)
     : databooks_(parts.databooks),
+      share_(std::move(parts.share)),
       session_{.desktop = parts.desktop,
                .clock = parts.clock,
                .databooks = parts.databooks,
@@ -31,7 +33,10 @@ ZenvoraProgram::~ZenvoraProgram() {
 }
 
 bool ZenvoraProgram::Start() {
-    session_.forms.Event([this] { main_.Show(controls::Modality::Modeless); });
+    session_.forms.Event([this] {
+        if (!share_.empty()) ProvisionDriveC(session_, share_);
+        main_.Show(controls::Modality::Modeless);
+    });
     return !session_.forms.Ending() && main_.Loaded();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <filesystem>
 
 #include "common/session.h"
 #include "frame/frm_main.h"
@@ -14,6 +15,9 @@ struct ProgramParts {
     ado::DatabasePool& databooks;
     shell::Shell& machine;
     files::DriveMap drives;
+    /// The files that are installed with the program, which are put on C: at the start; empty: C: is left as
+    /// it is.
+    std::filesystem::path share;
     MainServices services;
 };
 
@@ -40,6 +44,7 @@ class ZenvoraProgram {
     bool OnFault(const std::exception_ptr& failure);
 
     ado::DatabasePool& databooks_;
+    std::filesystem::path share_;
     common::Session session_;
     frmMain main_;
 };

@@ -123,6 +123,35 @@ TEST_F(CloseTest, AFaultInAnActionIsToldOnceAndTheProgramGoesOn) {
     EXPECT_EQ(StoredFlags(path)[0], "1 ELM ST 2");
 }
 
+TEST_F(CloseTest, AFullDiskWhileADateIsTypedIsToldAndLosesNothing) {
+    disk.full = true;
+    desktop->ExpectAny();
+    Type("txtBaseDate", "1/15/2010");  // both records become invalid: they are to be written
+    EXPECT_EQ(desktop->messages.at(0).text,
+              "The last action could not be finished.\n\nThere is no space left. Make room on the disk. "
+              "(error 61)");
+    EXPECT_FALSE(desktop->ended);
+    EXPECT_FALSE(desktop->hourglass);
+    disk.full = false;
+    Type("txtBaseDate", "6/15/2010");
+    EXPECT_EQ(Main().tdgViewer.TabCaption(0), "Comps and Listings:  2/2");
+    Press("cmdExit");
+    EXPECT_EQ(StoredFlags(path), (std::vector<std::string>{"1 ELM ST 1", "2 OAK ST 1"}));
+}
+
+TEST_F(CloseTest, AFullDiskWhileADatabookIsOpenedLeavesTheOneThatWasOpen) {
+    const fs::path other = MakeDatabook("OTHER.MDB", {{.key = "3 FIR ST"}});
+    disk.full = true;
+    desktop->ExpectFile(other.string());
+    desktop->ExpectAny();
+    Press("mnuFileItem", 2);
+    disk.full = false;
+    EXPECT_EQ(Session().settings.currentFile, "HOUSES.MDB");
+    EXPECT_EQ(Cell(1, 1), "2 OAK ST");
+    EXPECT_EQ(Main().tdgViewer.TabCaption(0), "Comps and Listings:  2/2");
+    EXPECT_EQ(StoredFlags(other), std::vector<std::string>{"3 FIR ST 1"});
+}
+
 TEST_F(CloseTest, ARuleThatEndsTheProgramEndsItWithoutAWord) {
     User([] { throw common::ProgramEnds{}; });
     EXPECT_TRUE(desktop->messages.empty());

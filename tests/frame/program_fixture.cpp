@@ -32,6 +32,7 @@ void ProgramTest::NewRun(std::string_view commandLine) {
                      .databooks = databooks,
                      .machine = machine,
                      .drives = files::DriveMap(driveC.Path()),
+                     .share = {},
                      .services = {.commandLine = std::string(commandLine), .link = &link}});
 }
 

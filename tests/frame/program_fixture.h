@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "frame/zenvora_program.h"
+#include "support/full_disk.h"
 #include "support/recording_shell.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
@@ -97,7 +98,8 @@ class ProgramTest : public testing::Test {
     testing_support::TempFolder folder;  ///< the files of the user
     shell::FixedClock clock{kToday};
     testing_support::RecordingShell machine;
-    ado::DatabasePool databooks;
+    testing_support::FullDisk disk;
+    ado::DatabasePool databooks{disk};
     std::unique_ptr<testing_support::ScriptedDesktop> desktop;
     FakeLink link;
     std::unique_ptr<ZenvoraProgram> program;

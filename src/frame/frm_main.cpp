@@ -1,5 +1,6 @@
 #include "frame/frm_main.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "common/shell_open.h"
@@ -19,6 +20,7 @@ ado::PathMapper MapperOf(const common::Session& session) {
 
 frmMain::frmMain(common::Session& session, MainServices services)
     : Form(session.forms, "frmMain", "Zenvora"),
+      TxtDde(services.link == nullptr ? link::NoCarrier() : *services.link),
       viewer(session, results),
       adoDatabook(session.databooks, session.clock, MapperOf(session)),
       adoSQL(session.databooks, session.clock, MapperOf(session)),
@@ -100,6 +102,7 @@ void frmMain::LayOutControls() {
     Add(cmdTransferCondoCoop);
     Add(imgDataSentMsg);
     Add(lblDataSentMsg);
+    Add(lblTransferStatus);
     Add(cmdBack);
     Add(cmdPrintCalc);
     Add(cmdExit);
@@ -110,7 +113,6 @@ void frmMain::LayOutControls() {
     Add(Frame4);
     Add(txtKrnFormList);
     Add(txtKrnReportName);
-    Add(TxtDde);
     Add(Command2);
     Add(lstProcesses);
 }
@@ -178,6 +180,10 @@ void frmMain::BindControls() {
     cmdExit.OnClick([this] { CloseMainWindow(); });
     PushButton1.OnClick([this] { CloseMainWindow(); });
 
+    cmdTransfer.OnClick([this] { TransferFields(transfer::MarketFields()); });
+    cmdTransferCondoCoop.OnClick([this] { TransferFields(transfer::CondoFields()); });
+    cmdTransferAudit.OnClick([this] { TransferAuditTrail(); });
+
     Command2.OnClick([this] { txtBaseDate.SetText("12/31/2008"); });
 }
 
@@ -211,8 +217,17 @@ records::SharedParts frmMain::Shared() {
     return {adoDatabook, txtCentralKey, txtBaseDate, cboBaseDate, CurrentKey, EffectiveDate};
 }
 
+bool frmMain::IsInDialog() const {
+    const std::vector<Form*>& forms = Program().Loaded();
+    return std::any_of(forms.begin(), forms.end(), [this](const Form* form) {
+        return form != this && form != &viewer && form->Visible();
+    });
+}
+
 bool frmMain::RecoverFromFault() {
-    if (!Loaded() || !adoDatabook.HasRecordset()) return false;
+    if (!Loaded()) return false;
+    // While the program starts, a dialog that is on the screen stays with all that was typed.
+    if (!adoDatabook.HasRecordset()) return !Visible() && IsInDialog();
     adoDatabook.Recordset().CancelUpdate();
     RebindGrid();
     return true;

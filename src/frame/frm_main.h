@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -9,7 +11,6 @@
 #include "analysis/results_1004mc.h"
 #include "common/dates.h"
 #include "common/session.h"
-#include "frame/appraisal_link.h"
 #include "frame/frm_about.h"
 #include "frame/open_state.h"
 #include "frame/recent_databooks.h"
@@ -26,15 +27,17 @@
 #include "platform/controls/menu.h"
 #include "platform/controls/tab_pages.h"
 #include "platform/controls/text_box.h"
+#include "platform/link/endpoint.h"
 #include "records/application.h"
 #include "records/main_form.h"
+#include "transfer/field_transfer.h"
 
 namespace zenvora::frame {
 
 /// What the main window is given besides the session. What is null is not there.
 struct MainServices {
-    std::string commandLine;  ///< as the user gave it, without the program's name
-    AppraisalLink* link = nullptr;
+    std::string commandLine;        ///< as the user gave it, without the program's name
+    link::Carrier* link = nullptr;  ///< the way to KRN; without one nobody answers
 };
 
 /// The main window: page 0 "Comps and Listings", page 1 "Calculations", and the menus. It is the start object
@@ -91,6 +94,8 @@ class frmMain final : public controls::Form, public records::MainForm {
     controls::CommandButton cmdTransferCondoCoop{"cmdTransferCondoCoop"};
     controls::Image imgDataSentMsg{"imgDataSentMsg"};
     controls::Label lblDataSentMsg{"lblDataSentMsg"};
+    /// What became of the last transfer: how many values arrived, were refused, or are unknown.
+    controls::Label lblTransferStatus{"lblTransferStatus"};
     controls::CommandButton cmdBack{"cmdBack"};
     controls::CommandButton cmdPrintCalc{"cmdPrintCalc"};
     controls::CommandButton cmdExit{"cmdExit"};
@@ -100,7 +105,7 @@ class frmMain final : public controls::Form, public records::MainForm {
     controls::Frame Frame4{"Frame4"};
     controls::TextBox txtKrnFormList{"txtKrnFormList"};
     controls::TextBox txtKrnReportName{"txtKrnReportName"};
-    controls::TextBox TxtDde{"TxtDde"};
+    link::Endpoint TxtDde;  ///< the link to KRN
     controls::CommandButton Command2{"Command2"};
     controls::ListBox lstProcesses{"lstProcesses"};
 
@@ -146,6 +151,7 @@ class frmMain final : public controls::Form, public records::MainForm {
     [[nodiscard]] bool IsCondoForm() const;
     /// Brings the transfer controls up to date with KRN.
     void RefreshKrnLink();
+    /// The same at the user's wish: a failure of the conversation is told.
     void CheckForAppraisal();
     /// A fault passed out of an event: no half-made change stays, and the grid shows what is stored. True
     /// when a Databook is open that the user can work on with.
@@ -167,6 +173,7 @@ class frmMain final : public controls::Form, public records::MainForm {
     void LayOutMenus();
     void BindControls();
     void BindMenus();
+    [[nodiscard]] bool IsInDialog() const;
     [[nodiscard]] records::Application Application() const;
 
     // The start.
@@ -223,7 +230,12 @@ class frmMain final : public controls::Form, public records::MainForm {
     void PageChanged(int previous);
     /// Takes over the report that is open in KRN; false when none is reachable.
     bool ReadReport(bool& mayAskToLaunch);
+    /// The effective date of the report as it stands there, empty when it gives none.
+    [[nodiscard]] std::string ReportedDate();
     [[nodiscard]] std::string ActiveReportName();
+    void TransferFields(std::span<const transfer::FieldRow> fields);
+    void TransferAuditTrail();
+    void ShowTransferOutcome(const transfer::TransferOutcome& outcome);
 
     // The end.
     void CloseMainWindow();
@@ -237,7 +249,8 @@ class frmMain final : public controls::Form, public records::MainForm {
     frmAbout about_;
     controls::FileDialog cdlMain;  ///< the one file dialog of the window; keeps the last file chosen
     bool printerAvailable_ = false;
-    bool askKrnAtStart_ = false;  ///< the link check may offer to launch KRN
+    bool askKrnAtStart_ = false;      ///< the link check may offer to launch KRN
+    std::optional<Fault> linkFault_;  ///< why the last look for KRN failed, when it did not just find nobody
 };
 
 }  // namespace zenvora::frame

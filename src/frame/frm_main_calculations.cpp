@@ -1,20 +1,28 @@
 // The page "Calculations", and what it has to do with the report that is open in KRN.
 
-#include <algorithm>
-#include <array>
-
 #include "analysis/calculation.h"
 #include "common/file_helpers.h"
+#include "common/primitives.h"
 #include "common/processes.h"
+#include "frame/fault_messages.h"
 #include "frame/frm_main.h"
 #include "frame/hourglass.h"
-#include "platform/text/utf8.h"
+#include "transfer/conversation.h"
+#include "transfer/frm_text.h"
+#include "transfer/launch_krn.h"
 
 namespace zenvora::frame {
+namespace {
+
+constexpr std::string_view kEffectiveDateField = "OFFSCRN|11|2";
+
+}  // namespace
 
 void frmMain::PageChanged(int previous) {
     lblDataSentMsg.SetVisible(false);
     imgDataSentMsg.SetVisible(false);
+    lblTransferStatus.SetCaption("");
+    lblTransferStatus.SetToolTipText("");
     if (previous != kCompsPage || tdgViewer.Tab() == kCompsPage) return;
     txtBaseDateT2.SetText(text::DateText(EffectiveDate));
     DoCalculations();
@@ -34,13 +42,34 @@ void frmMain::DoCalculations() {
                              viewer);
 }
 
+// ---- the report that is open in KRN ----
+
 bool frmMain::ReadReport(bool& mayAskToLaunch) {
-    AppraisalLink* const link = services_.link;
-    if (link == nullptr || !link->EnsureKrnRunning(mayAskToLaunch)) return false;
-    const std::string report = link->ActiveReport();
-    txtKrnReportName.SetText(report);
-    txtKrnFormList.SetText(link->FormList(report));
-    return true;
+    linkFault_.reset();
+    try {
+        const auto launch = [this] { transfer::LaunchKrn(session_); };
+        if (!transfer::EnsureKrnRunning(TxtDde, session_, mayAskToLaunch, launch)) return false;
+        const std::string report = transfer::FirstCommaField(TxtDde.Text());
+        txtKrnReportName.SetText(report);
+        transfer::KrnListForms(TxtDde, session_, report);
+        txtKrnFormList.SetText(TxtDde.Text());
+        return true;
+    } catch (const Fault& fault) {
+        // A program that hangs or goes away is one that is not there: it must not keep the user from his
+        // work.
+        linkFault_ = fault;
+        return false;
+    }
+}
+
+std::string frmMain::ReportedDate() {
+    try {
+        return transfer::KrnGetFieldInfo(TxtDde, session_, common::UpTrim(txtKrnReportName.Text()),
+                                         kEffectiveDateField);
+    } catch (const Fault& fault) {
+        linkFault_ = fault;
+        return {};
+    }
 }
 
 void frmMain::RefreshKrnLink() {
@@ -52,22 +81,54 @@ void frmMain::RefreshKrnLink() {
     cmdTransferCondoCoop.SetEnabled(IsCondoForm());
 }
 
+void frmMain::CheckForAppraisal() {
+    RefreshKrnLink();
+    const std::optional<Fault> fault = linkFault_;
+    SetUpDate(txtBaseDate, cboBaseDate);
+    if (fault) TellFault(session_, "The appraisal software could not be asked for its report.", *fault);
+}
+
 bool frmMain::IsCondoForm() const {
-    static constexpr std::array<std::string_view, 8> kCondoForms{"ICU,", "ECU,", "ICI,",   "ECI,",
-                                                                 "NCU,", "NCE,", "ICUFM,", "ECUFM,"};
-    const std::string list = text::Trim(txtKrnFormList.Text());
-    return std::any_of(kCondoForms.begin(), kCondoForms.end(),
-                       [&](std::string_view form) { return list.find(form) != std::string::npos; });
+    return transfer::IsCondoForm(txtKrnFormList.Text());
 }
 
 std::string frmMain::ActiveReportName() {
-    if (services_.link == nullptr || !common::IsKrnRunning(session_, lstProcesses)) return {};
+    if (!common::IsKrnRunning(session_, lstProcesses)) return {};
+    TxtDde.SetText("");
+    transfer::KrnQueryActiveReports(TxtDde, session_);
     std::string drive;
     std::string dir;
     std::string name;
     std::string ext;
-    common::ParseFileName(services_.link->ActiveReport(), drive, dir, name, ext);
+    common::ParseFileName(transfer::FirstCommaField(TxtDde.Text()), drive, dir, name, ext);
     return name;
+}
+
+// ---- the transfers ----
+
+void frmMain::TransferFields(std::span<const transfer::FieldRow> fields) {
+    const Hourglass hourglass(session_.desktop);
+    transfer::TransferOutcome outcome;
+    try {
+        transfer::TransferFields(TxtDde, session_, results, fields, outcome);
+    } catch (const Fault&) {
+        ShowTransferOutcome(outcome);
+        throw;
+    }
+    transfer::ShowDataSent(outcome, lblDataSentMsg, imgDataSentMsg);
+    ShowTransferOutcome(outcome);
+}
+
+void frmMain::TransferAuditTrail() {
+    transfer::frmText dialog(session_, TxtDde.GetCarrier(), adoDatabook, EffectiveDate);
+    dialog.Show(controls::Modality::Modal);
+    Program().UnloadFormByName("frmText");
+    ShowTransferOutcome(dialog.Outcome());
+}
+
+void frmMain::ShowTransferOutcome(const transfer::TransferOutcome& outcome) {
+    lblTransferStatus.SetCaption(transfer::StatusText(outcome));
+    lblTransferStatus.SetToolTipText(lblTransferStatus.Caption());
 }
 
 }  // namespace zenvora::frame

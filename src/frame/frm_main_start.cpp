@@ -17,8 +17,6 @@
 namespace zenvora::frame {
 namespace {
 
-constexpr std::string_view kEffectiveDateField = "OFFSCRN|11|2";
-
 bool IsFile(const files::DriveMap& drives, std::string_view path) {
     try {
         std::error_code ignored;
@@ -132,11 +130,7 @@ void frmMain::SetUpDate(controls::TextBox& box, controls::ComboBox& combo) {
     const common::Date today = session_.clock.Today();
     combo.Clear();
     combo.AddItem(text::DateText(today));
-    std::string reported;
-    if (services_.link != nullptr) {
-        reported = services_.link->FieldInfo(common::UpTrim(txtKrnReportName.Text()),
-                                             std::string(kEffectiveDateField));
-    }
+    const std::string reported = ReportedDate();
     if (common::IsValidDateEntry(reported, session_.clock)) {
         const common::Date date = common::ConvDate(std::string_view(reported), session_.clock);
         const std::string shown = text::FormatDate(date, "mm/dd/yyyy");
@@ -147,11 +141,6 @@ void frmMain::SetUpDate(controls::TextBox& box, controls::ComboBox& combo) {
     }
     box.SetText(text::DateText(today));
     EffectiveDate = today;
-}
-
-void frmMain::CheckForAppraisal() {
-    RefreshKrnLink();
-    SetUpDate(txtBaseDate, cboBaseDate);
 }
 
 void frmMain::OnActivate() {

@@ -18,8 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kRowsTold = 10;
-
 /// A path beside `target` where nothing stands yet.
 fs::path FreeNameBeside(const fs::path& target) {
     std::error_code ignored;
@@ -115,22 +113,8 @@ importing::LoadOutcome ImportShown(common::Session& session, const SourceImport&
 void TellRefusedRows(common::Session& session, const std::string& source,
                      const importing::LoadOutcome& outcome) {
     if (!outcome.HasErrors()) return;
-    std::string reasons;
-    std::size_t refused = 0;
-    for (const importing::RefusedRow& row : outcome.refused) {
-        if (row.isBlank) continue;
-        if (++refused > kRowsTold) continue;
-        reasons += "\nRow " + text::IntegerText(row.row);
-        if (row.line > 0) reasons += " (line " + text::IntegerText(row.line) + ")";
-        reasons += ": " + row.reason;
-    }
-    if (refused > kRowsTold) {
-        reasons += "\nand " + text::IntegerText(static_cast<std::int64_t>(refused - kRowsTold)) + " more.";
-    }
-    session.desktop.Show({.text = text::IntegerText(static_cast<std::int64_t>(refused)) + " of " +
-                                  text::IntegerText(outcome.rows) + " rows of " + source +
-                                  " were not written. Mend the source or its map and import it again.\n" +
-                                  reasons,
+    session.desktop.Show({.text = source + "\n" + importing::SummaryText(outcome) +
+                                  "\n\nMend the source or its map and import it again.",
                           .title = "Zenvora",
                           .icon = controls::Icon::Exclamation,
                           .buttons = controls::Buttons::Ok});

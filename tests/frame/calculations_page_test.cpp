@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "frame/program_fixture.h"
+#include "platform/controls/option_button.h"
 
 namespace zenvora::frame {
 namespace {
@@ -84,8 +85,7 @@ TEST_F(CalculationsPageTest, WithoutKrnTheTransferControlsAreOff) {
 }
 
 TEST_F(CalculationsPageTest, EnteringThePageLooksForTheReport) {
-    link.reachable = true;
-    link.forms = "URAR,1004MC,ICU,";
+    OpenReport("URAR,1004MC,ICU,");
     Press("txtCalculate");
     EXPECT_TRUE(Enabled("cmdTransfer"));
     EXPECT_TRUE(Enabled("fraTransfer"));
@@ -95,7 +95,7 @@ TEST_F(CalculationsPageTest, EnteringThePageLooksForTheReport) {
     EXPECT_EQ(Text("txtKrnReportName"), "C:\\KRN\\SMITH.RPT");
 
     Press("cmdBack");
-    link.reachable = false;
+    CloseReport();
     Press("txtCalculate");
     EXPECT_FALSE(Enabled("cmdTransfer"));
     EXPECT_FALSE(Visible("cmdTransferAudit"));
@@ -116,8 +116,7 @@ TEST_F(CalculationsPageTest, TheCondoFormsAreKnownByTheirComma) {
 }
 
 TEST_F(CalculationsPageTest, TheRefreshMenuLooksForTheReportAndTakesItsDate) {
-    link.reachable = true;
-    link.effectiveDate = "5/15/2010";
+    OpenReport("URAR", "5/15/2010");
     Press("mnuRefreshItem", 1);
     EXPECT_TRUE(Enabled("cmdTransfer"));
     EXPECT_EQ(Text("txtBaseDate"), "05/15/2010");
@@ -125,6 +124,69 @@ TEST_F(CalculationsPageTest, TheRefreshMenuLooksForTheReportAndTakesItsDate) {
     EXPECT_EQ(Main().cboBaseDate.ListCount(), 2);
     // As of 5/15 the sale of 6/1 is ahead: the run has seen it.
     EXPECT_EQ(Cell(1, 0), "cross");
+}
+
+TEST_F(CalculationsPageTest, TheFiguresAreSentAsShownAndTheNoticeSaysSo) {
+    OpenReport("URAR,1004MC,ICU,");
+    Press("txtCalculate");
+    Press("cmdTransfer");
+    ASSERT_EQ(link.pokes.size(), 27U);
+    EXPECT_EQ(link.pokes[2], (std::pair<std::string, std::string>{"1004MC|16|3", "2"}));
+    EXPECT_EQ(link.pokes[14], (std::pair<std::string, std::string>{"1004MC|21|3", "250,000"}));
+    EXPECT_TRUE(Visible("lblDataSentMsg"));
+    EXPECT_TRUE(Visible("imgDataSentMsg"));
+    EXPECT_EQ(Text("lblDataSentMsg"), "Data sent to report");
+    EXPECT_EQ(Text("lblTransferStatus"), "All 27 values arrived in the report \"C:\\KRN\\SMITH.RPT\".");
+    Press("cmdBack");
+    EXPECT_FALSE(Visible("lblDataSentMsg"));
+    EXPECT_EQ(Text("lblTransferStatus"), "");
+
+    link.pokes.clear();
+    Press("txtCalculate");
+    Press("cmdTransferCondoCoop");
+    EXPECT_EQ(link.pokes.size(), 12U);
+}
+
+TEST_F(CalculationsPageTest, AReportThatHasGoneSinceIsToldInTheStatusLineAlone) {
+    OpenReport();
+    Press("txtCalculate");
+    CloseReport();
+    Press("cmdTransfer");
+    EXPECT_TRUE(link.pokes.empty());
+    EXPECT_FALSE(Visible("lblDataSentMsg"));
+    EXPECT_TRUE(desktop->messages.empty());
+    EXPECT_EQ(Text("lblTransferStatus"), "No report is open in the appraisal program. Nothing was sent.");
+}
+
+TEST_F(CalculationsPageTest, AKrnThatHangsInATransferIsToldAndTheProgramGoesOn) {
+    OpenReport();
+    Press("txtCalculate");
+    link.faults["poke 1004MC|17|1"] = fault::kLinkTimeOut;
+    desktop->ExpectAny();
+    Press("cmdTransfer");
+    EXPECT_EQ(link.pokes.size(), 3U);
+    EXPECT_FALSE(Visible("lblDataSentMsg"));
+    EXPECT_NE(Text("lblTransferStatus"), "");
+    EXPECT_FALSE(desktop->ended);
+    EXPECT_FALSE(desktop->hourglass);
+}
+
+TEST_F(CalculationsPageTest, TheAuditTrailGoesIntoAnAddendumByItsDialog) {
+    OpenReport("URAR,1004MC,TEXT,TEXTB");
+    for (const char* form : {"Text", "TextB"}) {
+        link.values["KRN|C:\\KRN\\SMITH.RPT"][std::string(form) + "|5|1"] = "";
+        link.values["KRN|C:\\KRN\\SMITH.RPT"][std::string(form) + "|10|1"] = "";
+    }
+    Press("txtCalculate");
+    desktop->ExpectForm("frmText", [](controls::Form& form) {
+        ControlOf<controls::OptionButton>(form, "optText", 1).Select();
+        PressOn(form, "cmdTransfer");
+    });
+    Press("cmdTransferAudit");
+    ASSERT_FALSE(link.pokes.empty());
+    EXPECT_EQ(link.pokes.back().first, "TextB|10|1");
+    EXPECT_NE(link.pokes.back().second.find("3 FIR ST"), std::string::npos);
+    EXPECT_NE(Text("lblTransferStatus"), "");
 }
 
 TEST_F(CalculationsPageTest, AnEmptyDatabookShowsZeroes) {

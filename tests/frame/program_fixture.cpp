@@ -82,6 +82,14 @@ void ProgramTest::StartWith(const std::filesystem::path& file) {
     Start();
 }
 
+void ProgramTest::OpenReport(const std::string& forms, const std::string& effectiveDate) {
+    const std::string report = "C:\\KRN\\SMITH.RPT";
+    link.values["KRN|Query"]["ActiveReports"] = report + ",";
+    link.values["Krn|" + report]["UserID"] = "";
+    link.values["KRN|" + report]["ListForms"] = forms;
+    if (!effectiveDate.empty()) link.values["KRN|" + report]["OFFSCRN|11|2"] = effectiveDate;
+}
+
 void ProgramTest::Press(std::string_view name, int index) {
     User([&] { PressOn(Main(), name, index); });
 }

@@ -10,6 +10,7 @@
 
 #include "frame/zenvora_program.h"
 #include "support/full_disk.h"
+#include "support/recording_carrier.h"
 #include "support/recording_shell.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
@@ -24,29 +25,6 @@ struct TestRecord {
     std::string saleDate = "1/1/1900";
     long salePrice = 0;
     std::string flag = "1";
-};
-
-/// A report that is open in KRN, with what the main window asks about it.
-class FakeLink final : public AppraisalLink {
-  public:
-    bool reachable = false;
-    std::string report = "C:\\KRN\\SMITH.RPT";
-    std::string forms = "URAR,1004MC";
-    std::string effectiveDate;
-    int launchesOffered = 0;  ///< calls that were allowed to offer a launch
-
-    bool EnsureKrnRunning(bool& mayAskToLaunch) override {
-        if (mayAskToLaunch) ++launchesOffered;
-        mayAskToLaunch = false;
-        return reachable;
-    }
-    std::string ActiveReport() override { return report; }
-    std::string FormList(const std::string&) override { return forms; }
-    std::string FieldInfo(const std::string& asked, const std::string& item) override {
-        askedReport = asked;
-        return reachable && item == "OFFSCRN|11|2" ? effectiveDate : "";
-    }
-    std::string askedReport;
 };
 
 /// The desktop program on a scripted desktop. C: is provisioned with settings and template; the user's files
@@ -77,6 +55,11 @@ class ProgramTest : public testing::Test {
     [[nodiscard]] frmMain& Main() { return program->Main(); }
     [[nodiscard]] common::Session& Session() { return program->Session(); }
 
+    /// KRN runs and has this report open: C:\\KRN\\SMITH.RPT.
+    void OpenReport(const std::string& forms = "URAR,1004MC", const std::string& effectiveDate = {});
+    /// KRN has gone.
+    void CloseReport() { link.values.clear(); }
+
     /// What the user does, as events of the screen.
     void Press(std::string_view name, int index = controls::Control::kNoIndex);
     void Type(std::string_view name, std::string text);
@@ -101,7 +84,7 @@ class ProgramTest : public testing::Test {
     testing_support::FullDisk disk;
     ado::DatabasePool databooks{disk};
     std::unique_ptr<testing_support::ScriptedDesktop> desktop;
-    FakeLink link;
+    testing_support::RecordingCarrier link;
     std::unique_ptr<ZenvoraProgram> program;
     bool started = false;
 };

@@ -226,26 +226,23 @@ TEST_F(StartTest, TheDateIsTodayWithoutAReport) {
 }
 
 TEST_F(StartTest, TheDateIsThatOfTheReportWhenItGivesOne) {
-    link.reachable = true;
-    link.effectiveDate = "5/4/2010";
+    OpenReport("URAR,1004MC", "5/4/2010");
     StartWith(MakeDatabook("A.MDB", {}));
     EXPECT_EQ(Text("txtBaseDate"), "05/04/2010");
     EXPECT_EQ(Main().EffectiveDate, text::DayNumber(2010, 5, 4));
     EXPECT_EQ(Main().cboBaseDate.ListCount(), 2);
     EXPECT_EQ(Main().cboBaseDate.List(1), "05/04/2010");
-    EXPECT_EQ(link.askedReport, "C:\\KRN\\SMITH.RPT");
 }
 
 TEST_F(StartTest, AReportWithAWrongDateLeavesToday) {
-    link.reachable = true;
-    link.effectiveDate = "5/4/10";  // no year of four digits
+    OpenReport("URAR,1004MC", "5/4/10");  // no year of four digits
     StartWith(MakeDatabook("A.MDB", {}));
     EXPECT_EQ(Text("txtBaseDate"), "6/30/2010");
     EXPECT_EQ(Main().cboBaseDate.ListCount(), 1);
 }
 
 TEST_F(StartTest, TheReportThatIsOpenIsOfferedInTheOpenDialog) {
-    link.reachable = true;
+    OpenReport();
     StartWith(MakeDatabook("A.MDB", {}));
     EXPECT_EQ(desktop->dialogs[0].fileName, "SMITH");
     EXPECT_EQ(Text("txtKrnReportName"), "C:\\KRN\\SMITH.RPT");
@@ -253,24 +250,41 @@ TEST_F(StartTest, TheReportThatIsOpenIsOfferedInTheOpenDialog) {
 }
 
 TEST_F(StartTest, ALaunchOfKrnIsOfferedOnceAtTheEndOfTheStartOnlyWhereItIsInstalled) {
-    StartWith(MakeDatabook("A.MDB", {}));
-    EXPECT_EQ(link.launchesOffered, 0);  // no C:\KRN
+    const std::string question =
+        "Would you like to launch the program?\nIf yes, please open AND save an Appraisal report.";
+    StartWith(MakeDatabook("A.MDB", {}));  // no C:\KRN
 
     std::filesystem::create_directory(driveC / "KRN");
     NewRun();
-    StartWith(folder / "A.MDB");
-    EXPECT_EQ(link.launchesOffered, 0);  // a directory does not count
+    StartWith(folder / "A.MDB");  // a directory does not count
 
     std::filesystem::remove(driveC / "KRN");
     driveC.Write("KRN", "");
     NewRun();
+    desktop->Expect(question, controls::Answer::No);
     StartWith(folder / "A.MDB");
-    EXPECT_EQ(link.launchesOffered, 1);
+    Press("txtCalculate");
+    EXPECT_EQ(desktop->messages.size(), 1U);  // once in a run
 
     WriteSettings("[DIRECTORIES]\nTABLE=COMPS\n[CONFIG]\nLAUNCHKRN=1\n");
     NewRun();
     StartWith(folder / "A.MDB");
-    EXPECT_EQ(link.launchesOffered, 1);
+}
+
+TEST_F(StartTest, AKrnThatHangsDoesNotKeepTheUserFromHisWork) {
+    OpenReport();
+    link.faults["request"] = fault::kLinkTimeOut;
+    StartWith(MakeDatabook("A.MDB", {{.key = "1 ELM ST"}}));
+    EXPECT_TRUE(started);
+    EXPECT_TRUE(desktop->messages.empty());
+    EXPECT_EQ(Text("txtBaseDate"), "6/30/2010");
+    EXPECT_FALSE(Enabled("cmdTransfer"));
+    // The user who asks for it hears why.
+    desktop->ExpectAny();
+    Press("mnuRefreshItem", 1);
+    EXPECT_TRUE(desktop->messages.at(0).text.starts_with(
+        "The appraisal software could not be asked for its report.\n\n"));
+    EXPECT_FALSE(desktop->ended);
 }
 
 TEST_F(StartTest, WithFiveHundredRecordsTheRunIsMadeAtOnce) {

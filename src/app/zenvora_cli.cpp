@@ -11,6 +11,7 @@
 #endif
 
 #include "cli/program.h"
+#include "platform/link/make_link.h"
 
 namespace {
 
@@ -28,11 +29,13 @@ int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     const zenvora::shell::SystemClock clock;
     zenvora::ado::DatabasePool databooks;
+    const auto link = zenvora::link::MakeLink(zenvora::link::LinkSettingsOfEnvironment());
     const zenvora::cli::Environment environment{
         .io = {std::cin, std::cout, std::cerr},
         .clock = clock,
         .databooks = databooks,
         .errIsTerminal = ErrIsTerminal(),
+        .link = *link,
     };
     const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
     return static_cast<int>(zenvora::cli::RunProgram(arguments, environment));

@@ -1,7 +1,5 @@
 #include "analysis/calculation.h"
-#include "analysis/validity.h"
 #include "cli/command.h"
-#include "cli/failure.h"
 #include "cli/figures_output.h"
 #include "cli/open_databook.h"
 #include "cli/table.h"
@@ -28,7 +26,8 @@ class CalcCommand final : public Command {
     }
 
     Exit Run(Call& call) override {
-        const auto opened = Open(call);
+        const auto opened = OpenJudgedDatabook(call.session, databook_, call.effectiveDate, noCheck_,
+                                               "the figures are worked out");
         auto& control = *opened;
 
         analysis::Results1004MC results;
@@ -66,23 +65,6 @@ class CalcCommand final : public Command {
     }
 
   private:
-    /// The Databook with its records checked, unless the user wants the verdicts that it holds.
-    [[nodiscard]] std::unique_ptr<ado::Adodc> Open(Call& call) const {
-        try {
-            auto opened = OpenDatabook(call.session, databook_, noCheck_ ? Access::Read : Access::Write);
-            if (!noCheck_) {
-                analysis::CheckRecordValidity(call.session, *opened, call.effectiveDate, "M", true);
-            }
-            return opened;
-        } catch (const Fault& fault) {
-            if (fault.number != fault::kInUse && fault.number != fault::kReadOnly) throw;
-            throw Failure{Exit::FileTrouble,
-                          FaultLine(fault, databook_) +
-                              " With --no-check the figures are worked out from the verdicts "
-                              "that it holds, and nothing is written."};
-        }
-    }
-
     std::string databook_;
     bool noCheck_ = false;
     bool withLists_ = false;

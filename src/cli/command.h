@@ -8,6 +8,7 @@
 #include "cli/streams.h"
 #include "common/dates.h"
 #include "common/session.h"
+#include "platform/link/carrier.h"
 
 namespace zenvora::cli {
 
@@ -20,6 +21,7 @@ struct Call {
     OutputFormat format = OutputFormat::Text;
     common::Date effectiveDate = 0;
     bool quiet = false;
+    link::Carrier& link;  ///< the way to the appraisal program
 };
 
 /// One verb of the program. Help is made from what it declares.
@@ -54,6 +56,8 @@ class Command {
 [[nodiscard]] std::unique_ptr<Command> MakeRecordsCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSelectCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSqlCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeAddendumCommand();
+[[nodiscard]] std::unique_ptr<Command> MakeTransferCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeUpgradeCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeMergeCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeCompactCommand();

@@ -33,6 +33,8 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(MakeRecordsCommand());
     commands.push_back(MakeSelectCommand());
     commands.push_back(MakeSqlCommand());
+    commands.push_back(MakeAddendumCommand());
+    commands.push_back(MakeTransferCommand());
     commands.push_back(MakeUpgradeCommand());
     commands.push_back(MakeMergeCommand());
     commands.push_back(MakeCompactCommand());
@@ -102,8 +104,11 @@ Exit RunCommand(Command& command, const CommonOptions& options, const Environmen
     ConsoleDesktop desktop(environment.io.err,
                            {.drawProgress = environment.errIsTerminal, .quiet = options.quiet});
     common::Session session{desktop, clock, environment.databooks, "", "COMPS", 0};
-    Call call{
-        .io = environment.io, .session = session, .format = FormatOf(options.format), .quiet = options.quiet};
+    Call call{.io = environment.io,
+              .session = session,
+              .format = FormatOf(options.format),
+              .quiet = options.quiet,
+              .link = environment.link};
     call.effectiveDate = options.date.empty() ? clock.Today() : *ParseDate(options.date);
 
     struct Unlisten {
@@ -150,7 +155,8 @@ Exit RunProgram(const std::vector<std::string>& arguments, const Environment& en
     program.footer(
         std::string("Each command has its own help: ") + kName +
         " COMMAND --help\nExit status: 0 done; 1 done, but something was refused or not found; 2 the command "
-        "line is wrong;\n3 a file cannot be opened, read or written, or is no Databook.");
+        "line is wrong;\n3 a file cannot be opened, read or written, or is no Databook;\n4 the appraisal "
+        "program cannot be reached.");
     program.require_subcommand(1);
     const auto formatter = program.get_formatter();
     formatter->label("SUBCOMMAND", "COMMAND");

@@ -5,6 +5,7 @@
 
 #include "cli/streams.h"
 #include "platform/ado/pool.h"
+#include "platform/link/carrier.h"
 #include "platform/shell/clock.h"
 
 namespace zenvora::cli {
@@ -14,7 +15,8 @@ struct Environment {
     Streams io;
     const shell::Clock& clock;
     ado::DatabasePool& databooks;
-    bool errIsTerminal = false;  ///< progress may be drawn
+    bool errIsTerminal = false;               ///< progress may be drawn
+    link::Carrier& link = link::NoCarrier();  ///< the way to the appraisal program
 };
 
 /// Runs one command line (without the program's name). Raises nothing: whatever goes wrong ends in a status,

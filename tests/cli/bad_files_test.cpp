@@ -17,6 +17,8 @@ const std::vector<std::vector<std::string>> kDatabookCommands = {
     {"check", "DATABOOK", "--date=6/30/2010"},
     {"calc", "DATABOOK", "--date=6/30/2010"},
     {"calc", "DATABOOK", "--date=6/30/2010", "--no-check"},
+    {"addendum", "DATABOOK"},
+    {"transfer", "DATABOOK", "--dry-run", "--report=S"},
     {"select", "DATABOOK", "12 OAK ST", "exclude"},
     {"sql", "DATABOOK", "SELECT * FROM COMPS"},
     {"sql", "DATABOOK", "INSERT INTO COMPS (CENTRALKEY) VALUES ('1 ELM')"},

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/program.h"
+#include "platform/link/carrier.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::cli {
@@ -24,7 +25,8 @@ struct RunResult {
 /// 06/30/2010.
 class CliTest : public testing::Test {
   protected:
-    [[nodiscard]] static RunResult Run(const std::vector<std::string>& arguments);
+    [[nodiscard]] static RunResult Run(const std::vector<std::string>& arguments,
+                                       link::Carrier& link = link::NoCarrier());
     /// Runs and expects status 0; returns standard output.
     static std::string MustRun(const std::vector<std::string>& arguments);
 

@@ -28,6 +28,9 @@ Reports::Reports(std::filesystem::path file) : file_(std::move(file)) {
 }
 
 void Reports::Read() {
+    std::error_code fault;
+    const auto written = std::filesystem::last_write_time(file_, fault);
+    if (!fault && !lines_.empty() && written == written_) return;
     std::ifstream in(file_, std::ios::binary);
     if (!in)
         throw Fault(fault::kFileNotFound, "The file of the stand-in cannot be read.",
@@ -74,6 +77,8 @@ void Reports::Read() {
     }
     lines_ = std::move(lines);
     reports_ = std::move(reports);
+    written_ = written;
+    changed_ = false;
 }
 
 const Reports::Line* Reports::Find(std::string_view report, std::string_view key) const {
@@ -146,7 +151,7 @@ Outcome Reports::Poke(std::string_view topic, const std::string& item, const std
     if (item.find('|') == std::string::npos || !HasForm(topic, item.substr(0, item.find('|'))))
         return {Act::Refuse};
     Set(topic, item, text);
-    Write();
+    changed_ = true;
     return {};
 }
 
@@ -169,7 +174,8 @@ void Reports::Set(std::string_view report, const std::string& key, const std::st
     lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(place), {name, key, value, raw});
 }
 
-void Reports::Write() const {
+void Reports::Save() {
+    if (!changed_) return;
     // Never half a file: a test reads it at any time.
     auto fresh = file_;
     fresh += ".new";
@@ -187,6 +193,8 @@ void Reports::Write() const {
     if (fault)
         throw Fault(fault::kPathAccess, "The file of the stand-in cannot be written.",
                     {.file = file_.string()});
+    written_ = std::filesystem::last_write_time(file_, fault);
+    changed_ = false;
 }
 
 void StandinCarrier::Open(const std::string& service, const std::string& topic) {
@@ -224,7 +232,9 @@ std::string StandinCarrier::Request(const std::string& item) {
 
 void StandinCarrier::Poke(const std::string& item, const std::string& text) {
     if (!isOpen_) throw Fault(fault::kNoConversation, "No conversation is open.");
-    Finish(reports_.Poke(topic_, item, text), fault::kInvalidProperty);
+    const Outcome outcome = reports_.Poke(topic_, item, text);
+    reports_.Save();
+    Finish(outcome, fault::kInvalidProperty);
 }
 
 }  // namespace zenvora::standin

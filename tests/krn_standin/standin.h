@@ -25,20 +25,21 @@ struct Outcome {
     std::string text{};
 };
 
-/// The reports in their file. The file is read anew whenever a conversation begins, so that it may be edited
-/// meanwhile, and written at each poke.
+/// The reports in their file, which may be edited meanwhile: Read takes what has changed.
 class Reports {
   public:
     /// Reads the file. Fault 53: it cannot be read; 20002: a line of it is wrong, with the line.
     explicit Reports(std::filesystem::path file);
-    /// Reads the file again. Faults: as above.
+    /// Reads the file again if somebody else has written it, and drops what was not saved then. Faults: as
+    /// above.
     void Read();
 
     /// True for "Query" and for the name of a report, without regard to case.
     [[nodiscard]] bool HasTopic(std::string_view topic) const;
     [[nodiscard]] Outcome Request(std::string_view topic, const std::string& item);
-    /// Faults: 75 (the file cannot be written).
     [[nodiscard]] Outcome Poke(std::string_view topic, const std::string& item, const std::string& text);
+    /// Writes what was poked since the last time into the file. Faults: 75 (it cannot be written).
+    void Save();
 
   private:
     struct Line {
@@ -52,9 +53,10 @@ class Reports {
     [[nodiscard]] std::string ActiveReports() const;
     [[nodiscard]] bool HasForm(std::string_view report, std::string_view form) const;
     void Set(std::string_view report, const std::string& key, const std::string& value);
-    void Write() const;
 
     std::filesystem::path file_;
+    std::filesystem::file_time_type written_{};  ///< of the file as it was read or saved
+    bool changed_ = false;
     std::vector<Line> lines_;
     std::vector<std::string> reports_;  ///< the current one first
 };

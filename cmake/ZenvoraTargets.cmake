@@ -36,10 +36,12 @@ target_precompile_headers(zenvora_pch PRIVATE
     <algorithm> <array> <cmath> <cstddef> <cstdint> <filesystem> <functional> <map> <memory> <optional> <span>
     <string> <string_view> <unordered_map> <utility> <variant> <vector>)
 
-# zenvora_library(NAME FOLDER [DEPENDENCY...]): every source in src/FOLDER (and FOLDER/detail) as one library.
+# zenvora_library(NAME FOLDER [DEPENDENCY...]): every source in src/FOLDER (and FOLDER/detail) as one library, but for
+# those of the toolkit (platform/page/qt_*), which have libraries of their own.
 function(zenvora_library name folder)
     file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp
          ${PROJECT_SOURCE_DIR}/src/${folder}/detail/*.cpp)
+    list(FILTER sources EXCLUDE REGEX "/platform/page/qt_[^/]*$")
     if(sources)
         add_library(${name} STATIC ${sources})
         target_link_libraries(${name} PUBLIC zenvora_options ${ARGN})

@@ -12,6 +12,9 @@
 
 #include "cli/program.h"
 #include "platform/link/make_link.h"
+#ifdef ZENVORA_HAS_PAGES
+#include "platform/page/qt_pdf.h"
+#endif
 
 namespace {
 
@@ -36,6 +39,9 @@ int main(int argc, char** argv) {
         .databooks = databooks,
         .errIsTerminal = ErrIsTerminal(),
         .link = *link,
+#ifdef ZENVORA_HAS_PAGES
+        .makePdf = zenvora::page::QtPdfMaker(),
+#endif
     };
     const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
     return static_cast<int>(zenvora::cli::RunProgram(arguments, environment));

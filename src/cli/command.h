@@ -9,6 +9,7 @@
 #include "common/dates.h"
 #include "common/session.h"
 #include "platform/link/carrier.h"
+#include "platform/page/pdf.h"
 
 namespace zenvora::cli {
 
@@ -21,7 +22,8 @@ struct Call {
     OutputFormat format = OutputFormat::Text;
     common::Date effectiveDate = 0;
     bool quiet = false;
-    link::Carrier& link;  ///< the way to the appraisal program
+    link::Carrier& link;       ///< the way to the appraisal program
+    page::PdfMaker makePdf{};  ///< empty in a build without printing
 };
 
 /// One verb of the program. Help is made from what it declares.
@@ -53,6 +55,7 @@ class Command {
 [[nodiscard]] std::unique_ptr<Command> MakeImportCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeCheckCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeCalcCommand();
+[[nodiscard]] std::unique_ptr<Command> MakePrintCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeRecordsCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSelectCommand();
 [[nodiscard]] std::unique_ptr<Command> MakeSqlCommand();

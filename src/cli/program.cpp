@@ -31,6 +31,7 @@ std::vector<std::unique_ptr<Command>> AllCommands() {
     commands.push_back(MakeCheckCommand());
     commands.push_back(MakeCalcCommand());
     commands.push_back(MakeRecordsCommand());
+    commands.push_back(MakePrintCommand());
     commands.push_back(MakeSelectCommand());
     commands.push_back(MakeSqlCommand());
     commands.push_back(MakeAddendumCommand());
@@ -108,7 +109,8 @@ Exit RunCommand(Command& command, const CommonOptions& options, const Environmen
               .session = session,
               .format = FormatOf(options.format),
               .quiet = options.quiet,
-              .link = environment.link};
+              .link = environment.link,
+              .makePdf = environment.makePdf};
     call.effectiveDate = options.date.empty() ? clock.Today() : *ParseDate(options.date);
 
     struct Unlisten {

@@ -6,6 +6,7 @@
 #include "cli/streams.h"
 #include "platform/ado/pool.h"
 #include "platform/link/carrier.h"
+#include "platform/page/pdf.h"
 #include "platform/shell/clock.h"
 
 namespace zenvora::cli {
@@ -17,6 +18,7 @@ struct Environment {
     ado::DatabasePool& databooks;
     bool errIsTerminal = false;               ///< progress may be drawn
     link::Carrier& link = link::NoCarrier();  ///< the way to the appraisal program
+    page::PdfMaker makePdf{};                 ///< empty in a build without printing
 };
 
 /// Runs one command line (without the program's name). Raises nothing: whatever goes wrong ends in a status,

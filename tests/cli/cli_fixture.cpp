@@ -14,14 +14,15 @@ std::string RunResult::LastLine() const {
     return start == std::string::npos ? err.substr(0, end) : err.substr(start + 1, end - start - 1);
 }
 
-RunResult CliTest::Run(const std::vector<std::string>& arguments, link::Carrier& link) {
+RunResult CliTest::Run(const std::vector<std::string>& arguments, link::Carrier& link,
+                       const page::PdfMaker& makePdf) {
     std::istringstream in;
     std::ostringstream out;
     std::ostringstream err;
     const shell::FixedClock clock(*text::DayNumber(2010, 6, 30));
     ado::DatabasePool databooks;
     RunResult result;
-    result.status = RunProgram(arguments, {{in, out, err}, clock, databooks, false, link});
+    result.status = RunProgram(arguments, {{in, out, err}, clock, databooks, false, link, makePdf});
     result.out = out.str();
     result.err = err.str();
     return result;

@@ -25,8 +25,10 @@ struct RunResult {
 /// 06/30/2010.
 class CliTest : public testing::Test {
   protected:
+    /// Without `makePdf` the program is one that was built without printing.
     [[nodiscard]] static RunResult Run(const std::vector<std::string>& arguments,
-                                       link::Carrier& link = link::NoCarrier());
+                                       link::Carrier& link = link::NoCarrier(),
+                                       const page::PdfMaker& makePdf = {});
     /// Runs and expects status 0; returns standard output.
     static std::string MustRun(const std::vector<std::string>& arguments);
 

@@ -20,6 +20,8 @@ auto Uninterrupted(Call call) {
     }
 }
 
+/// A reader that takes this much at once goes on behind it.
+constexpr std::size_t kLargeRead = std::size_t{128} << 10;
 /// Linux moves at most this many bytes in one call.
 constexpr std::size_t kLargestTransfer = 0x7ffff000;
 
@@ -32,6 +34,7 @@ class SystemFile final : public HostFile {
     SystemFile& operator=(const SystemFile&) = delete;
 
     void ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
+        const std::size_t size = bytes.size();
         while (!bytes.empty()) {
             const std::size_t wanted = std::min(bytes.size(), kLargestTransfer);
             const auto got = Uninterrupted(
@@ -41,6 +44,10 @@ class SystemFile final : public HostFile {
             bytes = bytes.subspan(static_cast<std::size_t>(got));
             offset += static_cast<std::uint64_t>(got);
         }
+        // While this is worked on the disk goes for the next.
+        if (size >= kLargeRead)
+            static_cast<void>(::posix_fadvise(descriptor_, static_cast<off_t>(offset),
+                                              static_cast<off_t>(size), POSIX_FADV_WILLNEED));
     }
 
     void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {

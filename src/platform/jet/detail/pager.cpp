@@ -8,6 +8,7 @@ namespace zenvora::jet::detail {
 
 namespace {
 constexpr std::size_t kMaxReadAhead = 64;
+constexpr PageNumber kMostSteppedOver = 8;
 constexpr std::size_t kWriteRun = 256;
 }  // namespace
 
@@ -103,8 +104,10 @@ Pager::Frame* Pager::Load(PageNumber page) {
         frame->used = true;
         return frame;
     }
-    // Scans walk the file forward: read in growing strides while they do.
-    readAhead_ = page == nextExpected_ ? std::min(readAhead_ * 2, kMaxReadAhead) : 1;
+    // Scans walk the file forward: read in growing strides while they do. Pages of indexes lie between those
+    // of rows, and are stepped over.
+    const bool forward = page >= nextExpected_ && page - nextExpected_ <= kMostSteppedOver;
+    readAhead_ = forward ? std::min(readAhead_ * 2, kMaxReadAhead) : 1;
     std::size_t count = 1;
     while (count < readAhead_ && page + count < storedCount_ && frames_[page + count] == nullptr)
         ++count;

@@ -14,6 +14,13 @@ namespace {
 constexpr std::size_t kMaxCompressed = 1024;
 
 void AppendLatin1(std::span<const std::byte> bytes, std::string& out) {
+    std::byte all{0};
+    for (std::byte byte : bytes)
+        all |= byte;
+    if ((all & std::byte{0x80}) == std::byte{0}) {  // nearly every text
+        out.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        return;
+    }
     for (std::byte byte : bytes) {
         const auto c = static_cast<unsigned char>(byte);
         if (c < 0x80) {

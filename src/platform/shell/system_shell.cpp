@@ -74,6 +74,14 @@ std::string ProgramName(const fs::path& process) {
     return EndsInExe(name) ? name : FirstLine(process / "comm", '\n');
 }
 
+/// The folder that holds the drive_c that a file lies in; empty when it lies in none.
+std::string PrefixOf(const fs::path& file) {
+    for (fs::path folder = file.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {
+        if (folder.filename() == "drive_c") return folder.parent_path().string();
+    }
+    return {};
+}
+
 }  // namespace
 
 SystemShell::SystemShell(fs::path lockFolder) : SystemShell(std::move(lockFolder), Tools{}) {}
@@ -111,7 +119,11 @@ int SystemShell::Open(const OpenRequest& request) {
 }
 
 int SystemShell::RunWindowsProgram(const OpenRequest& request) {
-    std::vector<std::string> command{tools_.windowsRunner, request.file};
+    std::vector<std::string> command;
+    // A program runs in the prefix that it lies in, beside the others there.
+    if (const std::string prefix = PrefixOf(request.file); !prefix.empty())
+        command = {"env", "WINEPREFIX=" + prefix};
+    command.insert(command.end(), {tools_.windowsRunner, request.file});
     for (std::string& argument : Arguments(request.parameters))
         command.push_back(std::move(argument));
     const Child child = Start(command, request.directory);

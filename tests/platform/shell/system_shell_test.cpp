@@ -91,6 +91,15 @@ TEST_F(Machine, AWindowsProgramIsRunWithItsParametersInItsDirectory) {
     EXPECT_EQ(Awaited("seen"), directory + "\n" + file + "\n/a\nb c\n");
 }
 
+TEST_F(Machine, AWindowsProgramRunsInThePrefixThatItLiesIn) {
+    Program("runner",
+            "echo \"$WINEPREFIX\" > \"$(dirname \"$0\")/part\"\nmv \"$(dirname \"$0\")/part\" \"$(dirname "
+            "\"$0\")/seen\"\n");
+    const std::string file = folder_.Write("prefix/drive_c/KRN/KRN.EXE", "MZ").string();
+    EXPECT_EQ(Shell().Open({file}), opened::kOpened);
+    EXPECT_EQ(Awaited("seen"), (folder_ / "prefix").string() + "\n");
+}
+
 TEST_F(Machine, AWindowsProgramNeedsItsRunner) {
     EXPECT_EQ(Shell().Open({folder_.Write("KRN.EXE", "MZ").string()}), opened::kNoAssociation);
 }

@@ -4,8 +4,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "analysis/calculation.h"
 #include "analysis/validity.h"

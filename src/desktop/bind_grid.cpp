@@ -26,14 +26,26 @@ void ShowColumns(QTableView& view, const controls::Grid& grid) {
     int widest = -1;
     for (int column = 0; column < static_cast<int>(grid.Columns().size()); ++column) {
         const controls::GridColumn& shape = grid.Columns()[static_cast<std::size_t>(column)];
-        const int caption = header.sectionSizeHint(column);
+        // A date is seen whole, however narrow the layout had its column.
+        const int date = view.fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000")) + 16;
+        const int needed = std::max(header.sectionSizeHint(column), shape.pictures ? 0 : date);
         header.setSectionResizeMode(column, QHeaderView::Interactive);
-        view.setColumnWidth(column, std::max(static_cast<int>(PixelsOf(shape.width) * scale), caption));
+        view.setColumnWidth(column, std::max(static_cast<int>(PixelsOf(shape.width) * scale), needed));
         if (widest < 0 || shape.width > grid.Columns()[static_cast<std::size_t>(widest)].width)
             widest = column;
     }
     if (widest >= 0) header.setSectionResizeMode(widest, QHeaderView::Stretch);
 }
+
+/// A table that wants to be as wide as its columns.
+class GridView final : public QTableView {
+  public:
+    [[nodiscard]] QSize sizeHint() const override {
+        constexpr int kRows = 14;
+        return {horizontalHeader()->length() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(),
+                kRows * verticalHeader()->defaultSectionSize()};
+    }
+};
 
 void SetUp(QTableView& view) {
     view.setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -56,7 +68,7 @@ void SetUp(QTableView& view) {
 }  // namespace
 
 QTableView* Binder::Bind(controls::Grid& control) {
-    auto* const view = new QTableView;
+    auto* const view = new GridView;
     SetUp(*view);
     // Later, because a cell is read while it is painted.
     const auto failed = [this](const std::exception_ptr& fault) {

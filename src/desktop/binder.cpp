@@ -111,10 +111,15 @@ void Binder::ShowBackColor(const Control& control, QWidget& widget) const {
     }
     const Shade shade = ShadeOf(control.BackColor(), QGuiApplication::palette());
     QPalette palette;
-    for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Window, QPalette::Button})
-        palette.setColor(role, shade.back);
-    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
-        palette.setColor(role, shade.text);
+    // Not more than the ground and the text: scroll bars and arrows keep the colours of the theme.
+    const bool isButton = qobject_cast<QAbstractButton*>(&widget) != nullptr;
+    const bool isPanel =
+        qobject_cast<QLabel*>(&widget) != nullptr || qobject_cast<QGroupBox*>(&widget) != nullptr;
+    palette.setColor(isButton ? QPalette::Button : isPanel ? QPalette::Window : QPalette::Base, shade.back);
+    palette.setColor(isButton  ? QPalette::ButtonText
+                     : isPanel ? QPalette::WindowText
+                               : QPalette::Text,
+                     shade.text);
     widget.setPalette(palette);
     if (qobject_cast<QLabel*>(&widget) != nullptr) widget.setAutoFillBackground(true);
 }

@@ -128,6 +128,7 @@ std::string QtDesktop::Choose(const controls::FileDialog& dialog) {
     }
     box.setDefaultSuffix(Shown(dialog.defaultExtension));
     if (!dialog.fileName.empty()) box.selectFile(Shown(dialog.fileName));
+    box.resize(box.sizeHint().expandedTo(QSize(820, 520)));
     if (hourglass_) QApplication::changeOverrideCursor(Qt::ArrowCursor);
     const bool chosen = box.exec() == QDialog::Accepted && !box.selectedFiles().isEmpty();
     if (hourglass_) QApplication::changeOverrideCursor(Qt::WaitCursor);

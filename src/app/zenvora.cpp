@@ -11,6 +11,7 @@
 #include "desktop/application.h"
 #include "desktop/end_signals.h"
 #include "desktop/views.h"
+#include "frame/provisioning.h"
 #include "frame/zenvora_program.h"
 #include "platform/shell/system_shell.h"
 
@@ -80,6 +81,7 @@ int Run(int argc, char** argv) {
     const auto endSession = [&] { screen.EndSession(forms); };
     const desktop::EndSignals asked(endSession);
     application.OnSessionEnd(endSession);
+    frame::ProvisionDriveC(program.Session(), frame::ShareFolder());
     if (program.Start()) screen.Run();
     return program.ExitStatus();
 }

@@ -278,7 +278,7 @@ void Binder::Pressed(bool (controls::CommandButton::*which)() const noexcept) {
         if (button == nullptr || !(button->*which)()) continue;
         // As with the mouse: the focus goes there first, so that the rule of leaving has run.
         if (QWidget* const widget = WidgetOf(*button); widget != nullptr && widget->isEnabled()) {
-            widget->setFocus(Qt::ShortcutFocusReason);
+            if (widget->isVisible()) widget->setFocus(Qt::ShortcutFocusReason);
             return User([button] { button->Click(); });
         }
     }

@@ -21,12 +21,6 @@ void ComboBox::AddItem(std::string text) {
     TellViews(Property::Items);
 }
 
-void ComboBox::SetItems(std::vector<std::string> items) {
-    if (items_ == items) return;
-    items_ = std::move(items);
-    TellViews(Property::Items);
-}
-
 void ComboBox::AddItems(std::vector<std::string> texts) {
     if (texts.empty()) return;
     items_.insert(items_.end(), std::make_move_iterator(texts.begin()), std::make_move_iterator(texts.end()));

@@ -19,8 +19,6 @@ class ComboBox final : public ListControl {
     [[nodiscard]] int ListCount() const noexcept override { return static_cast<int>(items_.size()); }
     [[nodiscard]] std::string List(int index) const override;
     void AddItem(std::string text);
-    /// Puts these entries in the place of the old ones, and tells the views once; the text stays.
-    void SetItems(std::vector<std::string> items);
     /// Adds entries at the end, in one go for the views.
     void AddItems(std::vector<std::string> texts);
     /// Drops the entries; the text stays.

@@ -128,7 +128,6 @@ void Binder::ShowBackColor(const Control& control, QWidget& widget) const {
 
 void Binder::SetWindow(QWidget& window) {
     window_ = &window;
-    window.installEventFilter(this);
     window.setObjectName(Shown(form_.Name()));
     window.setAcceptDrops(form_.TakesFiles());
     QWidget* before = nullptr;
@@ -139,7 +138,14 @@ void Binder::SetWindow(QWidget& window) {
         before = widget;
     }
     window.setWindowTitle(Shown(form_.Caption()));
+    // What was laid out in a frame that had no parent yet counts as hidden until it is shown, and takes no
+    // room.
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        if (widget->testAttribute(Qt::WA_LaidOut) && !widget->testAttribute(Qt::WA_WState_ExplicitShowHide))
+            widget->show();
+    }
     ShowPlacement();
+    window.installEventFilter(this);
     formObservation_ = form_.Observe([this](controls::Form::Change change) {
         if (change == controls::Form::Change::Caption) window_->setWindowTitle(Shown(form_.Caption()));
         if (change == controls::Form::Change::Placement) ShowPlacement();

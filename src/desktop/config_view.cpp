@@ -41,7 +41,7 @@ void LayOutDirectories(frmConfig& form, Binder& bind, QWidget& page) {
         grid->addWidget(bind.Bind(caption, *edit), row++, 0, 1, 2);
         grid->addWidget(edit, row, 0);
         QPushButton* const button = bind.Bind(choose);
-        button->setMinimumWidth(0);
+        button->setFixedWidth(button->sizeHint().height() * 3 / 2);
         Binder::Name(*button, choose.ToolTipText());
         grid->addWidget(button, row++, 1);
         grid->setRowMinimumHeight(row++, 4);

@@ -17,6 +17,9 @@ frmDataViewer::Cells& CellsOf(frmDataViewer& form, int row) {
     return *cells[row];
 }
 
+/// Room for the total of many prices, "1234567890", and for a scroll bar beside an entry.
+constexpr int kCharacters = 13;
+
 /// The three lists of a group side by side, with their figures below.
 QGroupBox* Group(frmDataViewer& form, controls::Frame& frame, int group, Binder& bind) {
     QGroupBox* const box = bind.Bind(frame);
@@ -30,13 +33,13 @@ QGroupBox* Group(frmDataViewer& form, controls::Frame& frame, int group, Binder&
         auto* const heading = new QLabel(Shown(period));
         heading->setAlignment(Qt::AlignCenter);
         grid->addWidget(heading, 0, column);
-        QListView* const list = Wide(bind.Bind(form.lstData[index]), 11);
+        QListView* const list = Wide(bind.Bind(form.lstData[index]), kCharacters);
         Binder::Name(*list, name);
         list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         grid->addWidget(list, 1, column);
         int row = 0;
         for (const analysis::StatisticRow& statistic : analysis::kStatisticRows) {
-            QLineEdit* const cell = Wide(bind.Bind(CellsOf(form, row)[index]), 11);
+            QLineEdit* const cell = Wide(bind.Bind(CellsOf(form, row)[index]), kCharacters);
             cell->setAlignment(Qt::AlignRight);
             Binder::Name(*cell, name + ", " + std::string(statistic.caption));
             grid->addWidget(cell, 2 + row++, column);
@@ -62,10 +65,13 @@ QWidget* Captions(QWidget& like) {
     return captions;
 }
 
-/// Scrolls when the screen is too narrow, and wants no less than its body.
+/// Scrolls when the screen is too narrow, and wants no more than its body needs.
 class Scrolled final : public QScrollArea {
   public:
-    [[nodiscard]] QSize sizeHint() const override { return widget()->sizeHint(); }
+    [[nodiscard]] QSize sizeHint() const override {
+        constexpr int kHeight = 480;
+        return widget()->minimumSizeHint().expandedTo(QSize(0, kHeight));
+    }
 };
 
 }  // namespace

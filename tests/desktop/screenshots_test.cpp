@@ -40,7 +40,9 @@ class Screenshots : public ProgramOnScreen, public testing::WithParamInterface<c
             const std::string where = name + ": " + widget->objectName().toStdString();
             if (auto* const button = qobject_cast<QAbstractButton*>(widget);
                 button != nullptr && !button->text().isEmpty()) {
-                EXPECT_GE(button->width(), button->minimumSizeHint().width()) << where;
+                EXPECT_GE(button->width(),
+                          button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() + 6)
+                    << where;
                 EXPECT_GE(button->height(), button->fontMetrics().height()) << where;
             } else if (auto* const label = qobject_cast<QLabel*>(widget);
                        label != nullptr && !label->wordWrap()) {
@@ -91,6 +93,7 @@ TEST_P(Screenshots, OfEveryWindow) {
         grid.setCurrentIndex(grid.model()->index(row, 1));
         break;
     }
+    window->resize(1080, 660);
     Keep(*window, "comps");
     TypeDate(QStringLiteral("06/30/20"));
     Keep(*window, "comps-date");
@@ -99,6 +102,7 @@ TEST_P(Screenshots, OfEveryWindow) {
     Keep(*window, "calculations");
     QWidget* const viewer = screen->WindowOf(program->Main().viewer);
     ASSERT_NE(viewer, nullptr);
+    viewer->resize(viewer->sizeHint());
     Keep(*viewer, "statistics");
 
     common::Session& session = program->Session();

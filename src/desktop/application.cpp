@@ -1,6 +1,7 @@
 #include "desktop/application.h"
 
 #include <QLocale>
+#include <QSessionManager>
 #include <cstdlib>
 
 #include "desktop/look.h"
@@ -17,6 +18,16 @@ Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     setQuitOnLastWindowClosed(false);
     setWindowIcon(Picture("zenvora"));
     SetLook(*this);
+}
+
+void Application::OnSessionEnd(const std::function<void()>& rule) {
+    connect(
+        this, &QGuiApplication::commitDataRequest, this,
+        [rule](QSessionManager& manager) {
+            manager.setRestartHint(QSessionManager::RestartNever);
+            rule();
+        },
+        Qt::DirectConnection);
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {

@@ -14,6 +14,8 @@ class Application final : public QApplication {
     /// Told of whatever reaches the toolkit's loop, which nothing may cross: not a rule's fault, those go
     /// another way, but memory that runs out while a window is drawn.
     void OnStray(std::function<void(std::exception_ptr)> rule) { stray_ = std::move(rule); }
+    /// What runs when the session of the machine ends; every change is on the disk already.
+    void OnSessionEnd(const std::function<void()>& rule);
     bool notify(QObject* receiver, QEvent* event) override;
 
   private:

@@ -17,22 +17,47 @@ using controls::Property;
 
 namespace {
 
+/// A table that wants to be as wide as its columns.
+class GridView final : public QTableView {
+  public:
+    [[nodiscard]] QSize sizeHint() const override {
+        constexpr int kRows = 16;
+        return {columns_ + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(),
+                kRows * verticalHeader()->defaultSectionSize()};
+    }
+    void ColumnsAre(int width) {
+        columns_ = width;
+        updateGeometry();
+    }
+
+  private:
+    int columns_ = 0;
+};
+
 /// Widths of the columns: those of the layout, as wide as the font needs; the widest column takes what is
 /// left over.
-void ShowColumns(QTableView& view, const controls::Grid& grid) {
+void ShowColumns(GridView& view, const controls::Grid& grid) {
     // The layout's widths are those of a font with characters of five pixels.
     const double scale = std::max(1.0, view.fontMetrics().averageCharWidth() / 5.0);
     QHeaderView& header = *view.horizontalHeader();
     int widest = -1;
+    int all = 0;
     for (int column = 0; column < static_cast<int>(grid.Columns().size()); ++column) {
         const controls::GridColumn& shape = grid.Columns()[static_cast<std::size_t>(column)];
-        const int caption = header.sectionSizeHint(column);
+        // A date is seen whole, however narrow the layout had its column.
+        const int date = view.fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000")) + 16;
+        const int needed = std::max(header.sectionSizeHint(column), shape.pictures ? 0 : date);
+        const int width = std::max(static_cast<int>(PixelsOf(shape.width) * scale), needed);
         header.setSectionResizeMode(column, QHeaderView::Interactive);
-        view.setColumnWidth(column, std::max(static_cast<int>(PixelsOf(shape.width) * scale), caption));
+        view.setColumnWidth(column, width);
+        all += width;
         if (widest < 0 || shape.width > grid.Columns()[static_cast<std::size_t>(widest)].width)
             widest = column;
     }
     if (widest >= 0) header.setSectionResizeMode(widest, QHeaderView::Stretch);
+    // Addresses are longer than the layout had room for.
+    constexpr int kMoreCharacters = 12;
+    view.ColumnsAre(all + kMoreCharacters * view.fontMetrics().averageCharWidth());
 }
 
 void SetUp(QTableView& view) {
@@ -56,7 +81,7 @@ void SetUp(QTableView& view) {
 }  // namespace
 
 QTableView* Binder::Bind(controls::Grid& control) {
-    auto* const view = new QTableView;
+    auto* const view = new GridView;
     SetUp(*view);
     // Later, because a cell is read while it is painted.
     const auto failed = [this](const std::exception_ptr& fault) {

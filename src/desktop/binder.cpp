@@ -111,10 +111,15 @@ void Binder::ShowBackColor(const Control& control, QWidget& widget) const {
     }
     const Shade shade = ShadeOf(control.BackColor(), QGuiApplication::palette());
     QPalette palette;
-    for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Window, QPalette::Button})
-        palette.setColor(role, shade.back);
-    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
-        palette.setColor(role, shade.text);
+    // Not more than the ground and the text: scroll bars and arrows keep the colours of the theme.
+    const bool isButton = qobject_cast<QAbstractButton*>(&widget) != nullptr;
+    const bool isPanel =
+        qobject_cast<QLabel*>(&widget) != nullptr || qobject_cast<QGroupBox*>(&widget) != nullptr;
+    palette.setColor(isButton ? QPalette::Button : isPanel ? QPalette::Window : QPalette::Base, shade.back);
+    palette.setColor(isButton  ? QPalette::ButtonText
+                     : isPanel ? QPalette::WindowText
+                               : QPalette::Text,
+                     shade.text);
     widget.setPalette(palette);
     if (qobject_cast<QLabel*>(&widget) != nullptr) widget.setAutoFillBackground(true);
 }
@@ -123,7 +128,6 @@ void Binder::ShowBackColor(const Control& control, QWidget& widget) const {
 
 void Binder::SetWindow(QWidget& window) {
     window_ = &window;
-    window.installEventFilter(this);
     window.setObjectName(Shown(form_.Name()));
     window.setAcceptDrops(form_.TakesFiles());
     QWidget* before = nullptr;
@@ -134,7 +138,14 @@ void Binder::SetWindow(QWidget& window) {
         before = widget;
     }
     window.setWindowTitle(Shown(form_.Caption()));
+    // What was laid out in a frame that had no parent yet counts as hidden until it is shown, and takes no
+    // room.
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        if (widget->testAttribute(Qt::WA_LaidOut) && !widget->testAttribute(Qt::WA_WState_ExplicitShowHide))
+            widget->show();
+    }
     ShowPlacement();
+    window.installEventFilter(this);
     formObservation_ = form_.Observe([this](controls::Form::Change change) {
         if (change == controls::Form::Change::Caption) window_->setWindowTitle(Shown(form_.Caption()));
         if (change == controls::Form::Change::Placement) ShowPlacement();
@@ -273,7 +284,7 @@ void Binder::Pressed(bool (controls::CommandButton::*which)() const noexcept) {
         if (button == nullptr || !(button->*which)()) continue;
         // As with the mouse: the focus goes there first, so that the rule of leaving has run.
         if (QWidget* const widget = WidgetOf(*button); widget != nullptr && widget->isEnabled()) {
-            widget->setFocus(Qt::ShortcutFocusReason);
+            if (widget->isVisible()) widget->setFocus(Qt::ShortcutFocusReason);
             return User([button] { button->Click(); });
         }
     }

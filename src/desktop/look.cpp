@@ -8,6 +8,7 @@
 #include <QStyleOption>
 #include <QTabBar>
 
+#include "desktop/pictures.h"
 #include "desktop/shades.h"
 
 namespace zenvora::desktop {
@@ -56,6 +57,18 @@ class Look final : public QProxyStyle {
                 return 8;
             case PM_ButtonMargin:
                 return 12;
+            // Air around the texts of cells and headers.
+            case PM_FocusFrameHMargin:
+                return 5;
+            case PM_HeaderMargin:
+                return 6;
+            case PM_TabBarTabHSpace:
+                return 28;
+            case PM_TabBarTabVSpace:
+                return 14;
+            case PM_TabBarBaseOverlap:
+            case PM_TabBarTabShiftVertical:
+                return 0;
             default:
                 return QProxyStyle::pixelMetric(metric, option, widget);
         }
@@ -81,11 +94,11 @@ class Look final : public QProxyStyle {
                      const QWidget* widget) const override {
         if (element == CE_PushButtonBevel) {
             if (const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option))
-                return DrawButton(*button, *painter);
+                return DrawButton(*button, *painter, widget);
         }
         if (element == CE_PushButtonLabel) {
             if (const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option);
-                button != nullptr && IsAccent(*button)) {
+                button != nullptr && IsAccent(*button, widget)) {
                 QStyleOptionButton accent(*button);
                 accent.palette.setColor(QPalette::ButtonText,
                                         button->palette.color(QPalette::HighlightedText));
@@ -93,6 +106,7 @@ class Look final : public QProxyStyle {
             }
         }
         if (element == CE_HeaderSection) return DrawHeader(*option, *painter);
+        if (element == CE_TabBarTabShape) return DrawTab(*option, *painter);
         QProxyStyle::drawControl(element, option, painter, widget);
     }
 
@@ -100,6 +114,11 @@ class Look final : public QProxyStyle {
                        const QWidget* widget) const override {
         const QPalette& palette = option->palette;
         switch (element) {
+            case PE_FrameTabWidget:
+                painter->setPen(Edge(palette, 0.12));
+                return painter->drawLine(option->rect.topLeft(), option->rect.topRight());
+            case PE_FrameTabBarBase:
+                return;
             case PE_FrameGroupBox:
                 return DrawRound(
                     *painter, option->rect,
@@ -122,17 +141,95 @@ class Look final : public QProxyStyle {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
 
-  private:
-    static bool IsAccent(const QStyleOptionButton& button) {
-        return (button.features & QStyleOptionButton::DefaultButton) != 0 &&
-               (button.state & State_Enabled) != 0;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        if (control == CC_ComboBox) {
+            if (const auto* const box = qstyleoption_cast<const QStyleOptionComboBox*>(option))
+                return DrawComboBox(*box, *painter, widget);
+        }
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
     }
 
-    static void DrawButton(const QStyleOptionButton& button, QPainter& painter) {
+    QRect subElementRect(SubElement element, const QStyleOption* option,
+                         const QWidget* widget) const override {
+        const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+        return element == SE_LineEditContents ? rect.adjusted(5, 0, -5, 0) : rect;
+    }
+
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override {
+        QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+        // The caption stands above its frame.
+        if (control == CC_GroupBox && part == SC_GroupBoxFrame) {
+            const auto* const box = qstyleoption_cast<const QStyleOptionGroupBox*>(option);
+            if (box != nullptr && !box->text.isEmpty()) rect.setTop(option->fontMetrics.height() + 5);
+        }
+        return rect;
+    }
+
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                       const QWidget* widget) const override {
+        switch (icon) {
+            case SP_MessageBoxInformation:
+                return Picture("information");
+            case SP_MessageBoxWarning:
+                return Picture("warning");
+            case SP_MessageBoxCritical:
+                return Picture("critical");
+            case SP_MessageBoxQuestion:
+                return Picture("question");
+            default:
+                return QProxyStyle::standardIcon(icon, option, widget);
+        }
+    }
+
+  private:
+    void DrawComboBox(const QStyleOptionComboBox& box, QPainter& painter, const QWidget* widget) const {
+        const QPalette& palette = box.palette;
+        const bool enabled = (box.state & State_Enabled) != 0;
+        const bool focused = (box.state & State_HasFocus) != 0;
+        const QColor fill =
+            !enabled       ? palette.color(QPalette::Window)
+            : box.editable ? palette.color(QPalette::Base)
+                           : Between(palette.color(QPalette::Button), palette.color(QPalette::Base), 0.7);
+        DrawRound(painter, box.rect, fill, focused ? palette.color(QPalette::Highlight) : Edge(palette),
+                  focused ? 1.6 : 1);
+        const QRect arrow = proxy()->subControlRect(CC_ComboBox, &box, SC_ComboBoxArrow, widget);
+        const QPointF middle = QRectF(arrow).center();
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        QPen pen(palette.color(QPalette::ButtonText), 1.5);
+        pen.setCapStyle(Qt::RoundCap);
+        pen.setJoinStyle(Qt::RoundJoin);
+        painter.setPen(pen);
+        const QPointF chevron[] = {middle + QPointF(-3.5, -1.5), middle + QPointF(0, 2),
+                                   middle + QPointF(3.5, -1.5)};
+        painter.drawPolyline(chevron, 3);
+        painter.restore();
+    }
+
+    static void DrawTab(const QStyleOption& option, QPainter& painter) {
+        const QPalette& palette = option.palette;
+        const bool selected = (option.state & State_Selected) != 0;
+        const bool hovered = (option.state & State_MouseOver) != 0 && (option.state & State_Enabled) != 0;
+        if (hovered && !selected) painter.fillRect(option.rect, Edge(palette, 0.06));
+        if (!selected) return;
+        QRect bar = option.rect;
+        bar.setTop(bar.bottom() - 2);
+        painter.fillRect(bar, palette.color(QPalette::Highlight));
+    }
+
+    static bool IsAccent(const QStyleOptionButton& button, const QWidget* widget) {
+        const bool main = (button.features & QStyleOptionButton::DefaultButton) != 0 ||
+                          (widget != nullptr && widget->property("accent").toBool());
+        return main && (button.state & State_Enabled) != 0;
+    }
+
+    static void DrawButton(const QStyleOptionButton& button, QPainter& painter, const QWidget* widget) {
         const QPalette& palette = button.palette;
         if ((button.features & QStyleOptionButton::Flat) != 0 && (button.state & State_Sunken) == 0) return;
         const bool enabled = (button.state & State_Enabled) != 0;
-        const bool accent = IsAccent(button);
+        const bool accent = IsAccent(button, widget);
         QColor fill = accent ? palette.color(QPalette::Highlight)
                              : Between(palette.color(QPalette::Button), palette.color(QPalette::Base),
                                        IsDark(palette) ? 0.0 : 0.7);

@@ -121,6 +121,10 @@ std::string QtDesktop::Choose(const controls::FileDialog& dialog) {
     box.setAcceptMode(dialog.forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     // Some rules ask here for the name of a file that is still to be made.
     box.setFileMode(QFileDialog::AnyFile);
+#if !defined(Q_OS_WIN) && !defined(Q_OS_MACOS)
+    // The native dialogs of free desktops open files that are there already, and no others.
+    box.setOption(QFileDialog::DontUseNativeDialog, !dialog.forSaving);
+#endif
     const QStringList filters = NameFilters(dialog.filter);
     if (!filters.isEmpty()) {
         box.setOption(QFileDialog::HideNameFilterDetails);
@@ -128,6 +132,7 @@ std::string QtDesktop::Choose(const controls::FileDialog& dialog) {
     }
     box.setDefaultSuffix(Shown(dialog.defaultExtension));
     if (!dialog.fileName.empty()) box.selectFile(Shown(dialog.fileName));
+    box.resize(box.sizeHint().expandedTo(QSize(820, 520)));
     if (hourglass_) QApplication::changeOverrideCursor(Qt::ArrowCursor);
     const bool chosen = box.exec() == QDialog::Accepted && !box.selectedFiles().isEmpty();
     if (hourglass_) QApplication::changeOverrideCursor(Qt::WaitCursor);

@@ -25,4 +25,17 @@ inline void Soon(std::function<void()> user) {
     QTimer::singleShot(0, QCoreApplication::instance(), std::move(user));
 }
 
+/// Counts the paint events of a widget.
+class PaintCount final : public QObject {
+  public:
+    PaintCount(QWidget& widget, int& count) : count_(count) { widget.installEventFilter(this); }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint) ++count_;
+        return false;
+    }
+
+  private:
+    int& count_;
+};
+
 }  // namespace zenvora::testing_support

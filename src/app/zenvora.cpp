@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,7 @@
 #include "desktop/views.h"
 #include "frame/provisioning.h"
 #include "frame/zenvora_program.h"
+#include "platform/link/make_link.h"
 #include "platform/shell/system_shell.h"
 
 namespace {
@@ -65,6 +67,7 @@ int Run(int argc, char** argv) {
     ado::DatabasePool databooks;
     const files::DriveMap drives(files::DriveCFolder());
     shell::SystemShell machine(shell::LockFolder(drives.DriveC()));
+    const std::unique_ptr<link::Carrier> link = link::MakeLink(link::LinkSettingsOfEnvironment());
     desktop::QtDesktop screen;
     desktop::RegisterViews(screen);
     frame::ZenvoraProgram program({.desktop = screen,
@@ -74,7 +77,7 @@ int Run(int argc, char** argv) {
                                    .drives = drives,
                                    .share = frame::ShareFolder(),
                                    // The toolkit has taken its own options out of it.
-                                   .services = {.commandLine = CommandLine(argc, argv)}});
+                                   .services = {.commandLine = CommandLine(argc, argv), .link = link.get()}});
     controls::Forms& forms = program.Session().forms;
     application.OnStray([&](const std::exception_ptr& failure) {
         screen.User(forms, [&] { std::rethrow_exception(failure); });

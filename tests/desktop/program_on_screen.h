@@ -47,6 +47,7 @@ struct ProgramOnScreen : testing::Test {
                                 .databooks = databooks,
                                 .machine = machine,
                                 .drives = files::DriveMap(driveC.Path()),
+                                .share = {},
                                 .services = {.commandLine = commandLine}});
     }
     /// "Go!", and the sample; then the main window is there.

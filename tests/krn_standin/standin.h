@@ -8,8 +8,8 @@
 
 #include "platform/link/carrier.h"
 
-/// A stand-in for the appraisal program: its open reports, their forms and fields are a text file, which
-/// README.md beside this describes.
+/// A stand-in for the appraisal program: its open reports, their forms and fields are a text file;
+/// samples/KRN.txt is one, and tells what may stand in it.
 namespace zenvora::standin {
 
 enum class Act {

@@ -88,10 +88,11 @@ void EditRecord(const Application& application, MainForm& main, std::string_view
         }
         BringUpToDate(application, main);
     } catch (const Fault& fault) {
-        TellFault(application.session,
-                  kind == "ADD" ? "Adding \"" + shared.CurrentKey + "\" did not come to its end."
-                                : "Changing \"" + shared.CurrentKey + "\" did not come to its end.",
-                  fault.place.column.empty() ? "" : "Street", fault, {});
+        const std::string what =
+            (kind == "ADD" ? "Adding \"" : "Changing \"") + shared.CurrentKey + "\" did not come to its end.";
+        const std::string& column = fault.place.column;
+        const bool isStreet = column == "CENTRALKEY" || column == "ADDRESS";
+        TellFault(application.session, what, isStreet ? "Street" : "", fault, {});
     }
 }
 

@@ -184,6 +184,9 @@ void frmMain::BindControls() {
     cmdTransferCondoCoop.OnClick([this] { TransferFields(transfer::CondoFields()); });
     cmdTransferAudit.OnClick([this] { TransferAuditTrail(); });
 
+    cmdPrintAudit.OnClick([this] { PrintAudit(); });
+    cmdPrintCalc.OnClick([this] { PrintCalculations(); });
+
     Command2.OnClick([this] { txtBaseDate.SetText("12/31/2008"); });
 }
 
@@ -199,6 +202,9 @@ void frmMain::BindMenus() {
     mnuFileItem[3].OnClick([this] { MergeDatabooks(); });
     for (controls::MenuItem& item : mnuRecentItem)
         item.OnClick([this, index = item.Index()] { OpenRecent(index); });
+    mnuPdfAudit.OnClick([this] { SaveAuditPdf(); });
+    mnuPdfCalc.OnClick([this] { SaveCalculationsPdf(); });
+    mnuPdfFit.OnClick([this] { mnuPdfFit.SetChecked(!mnuPdfFit.Checked()); });
     mnuRefreshItem[1].OnClick([this] {
         CheckForAppraisal();
         SetUpDate(txtBaseDate, cboBaseDate);

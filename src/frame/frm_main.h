@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -28,6 +29,11 @@
 #include "platform/controls/tab_pages.h"
 #include "platform/controls/text_box.h"
 #include "platform/link/endpoint.h"
+#include "platform/page/form_print.h"
+#include "platform/page/pdf.h"
+#include "platform/page/printer.h"
+#include "printing/audit_report.h"
+#include "printing/print_defaults.h"
 #include "records/application.h"
 #include "records/main_form.h"
 #include "transfer/field_transfer.h"
@@ -36,8 +42,12 @@ namespace zenvora::frame {
 
 /// What the main window is given besides the session. What is null is not there.
 struct MainServices {
-    std::string commandLine;        ///< as the user gave it, without the program's name
-    link::Carrier* link = nullptr;  ///< the way to KRN; without one nobody answers
+    std::string commandLine;           ///< as the user gave it, without the program's name
+    link::Carrier* link = nullptr;     ///< the way to KRN; without one nobody answers
+    page::Printer* printer = nullptr;  ///< the surface of the default printer
+    page::PdfMaker makePdf = {};
+    /// The main window as it stands on the screen, made anew for each print.
+    std::function<std::unique_ptr<page::FormPrint>()> mainWindow = {};
 };
 
 /// The main window: page 0 "Comps and Listings", page 1 "Calculations", and the menus. It is the start object
@@ -177,7 +187,6 @@ class frmMain final : public controls::Form, public records::MainForm {
     [[nodiscard]] records::Application Application() const;
 
     // The start.
-    void ProbePrinter();
     void InsertMissingFields();
     void BypassOpenFile(std::string_view commandLine, bool& ok);
     void ShowStartDialog();
@@ -186,6 +195,7 @@ class frmMain final : public controls::Form, public records::MainForm {
     void SetUpDate(controls::TextBox& box, controls::ComboBox& combo);
     [[nodiscard]] bool IsDirPresent() const;
     void ShowPendingNotice();
+    void TellToCheckFirst();
 
     // Opening Databooks.
     [[nodiscard]] std::string CurrentPath() const;
@@ -237,6 +247,17 @@ class frmMain final : public controls::Form, public records::MainForm {
     void TransferAuditTrail();
     void ShowTransferOutcome(const transfer::TransferOutcome& outcome);
 
+    // Printing.
+    class ReportInKrn;
+    void ProbePrinter();
+    [[nodiscard]] printing::AuditReport AuditReportOf(printing::OpenReport& openReport,
+                                                      printing::LongText longText);
+    void PrintAudit();
+    void PrintCalculations();
+    void SaveAuditPdf();
+    void SaveCalculationsPdf();
+    [[nodiscard]] std::string DatabookFolder() const;
+
     // The end.
     void CloseMainWindow();
     void StoreCurrentDatabook();
@@ -248,8 +269,8 @@ class frmMain final : public controls::Form, public records::MainForm {
     RecentDatabooks recent_{session_};
     frmAbout about_;
     controls::FileDialog cdlMain;  ///< the one file dialog of the window; keeps the last file chosen
-    bool printerAvailable_ = false;
-    bool askKrnAtStart_ = false;      ///< the link check may offer to launch KRN
+    std::optional<printing::PrintDefaults> printDefaults_;  ///< nothing: there is no printer
+    bool askKrnAtStart_ = false;                            ///< the link check may offer to launch KRN
     std::optional<Fault> linkFault_;  ///< why the last look for KRN failed, when it did not just find nobody
 };
 

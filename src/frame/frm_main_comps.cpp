@@ -68,7 +68,7 @@ void frmMain::RefreshKeyButtons() {
     cmdAdd.SetEnabled(hasKey && !found);
     cmdEdit.SetEnabled(found);
     cmdDelete.SetEnabled(found);
-    cmdPrintAudit.SetEnabled(records > 0 && printerAvailable_);
+    cmdPrintAudit.SetEnabled(records > 0 && printDefaults_.has_value());
     cmdTransferAudit.SetEnabled(records > 0);
 }
 

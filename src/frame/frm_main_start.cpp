@@ -71,11 +71,6 @@ bool frmMain::OpenChosenDatabook() {
     return true;
 }
 
-void frmMain::ProbePrinter() {
-    cmdPrintAudit.SetEnabled(printerAvailable_);
-    cmdPrintCalc.SetEnabled(printerAvailable_);
-}
-
 void frmMain::OnHelp() {
     common::OpenHelp(session_);
 }
@@ -155,6 +150,10 @@ void frmMain::ShowPendingNotice() {
     if (!session_.settings.notice500 || !PendingValidityNotice) return;
     // Before the message, because closing it activates the window again.
     PendingValidityNotice = false;
+    TellToCheckFirst();
+}
+
+void frmMain::TellToCheckFirst() {
     session_.desktop.Show(
         {.text = "Please click the 'Check for Validity' button before doing your calculations.",
          .title = "Database has more than 500 property records",

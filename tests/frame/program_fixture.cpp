@@ -12,6 +12,26 @@ namespace zenvora::frame {
 using common::Shown;
 using testing_support::ScriptedDesktop;
 
+namespace {
+
+/// The window on paper: says which page it showed.
+class FakeFormPrint final : public page::FormPrint {
+  public:
+    FakeFormPrint(const controls::TabPages& pages, std::vector<int>& printed)
+        : pages_(pages), printed_(printed) {}
+    void PrintForm() override { printed_.push_back(pages_.Tab()); }
+    std::string PdfOfForm(const std::string& title) override {
+        PrintForm();
+        return "%PDF-1.4 " + title;
+    }
+
+  private:
+    const controls::TabPages& pages_;
+    std::vector<int>& printed_;
+};
+
+}  // namespace
+
 ProgramTest::ProgramTest() {
     driveC.Write("Appraise/ZVR.INI", "[DIRECTORIES]\nTABLE=COMPS\n");
     std::filesystem::create_directories(driveC / "ZVR/DATA");
@@ -26,14 +46,20 @@ ProgramTest::~ProgramTest() {
 void ProgramTest::NewRun(std::string_view commandLine) {
     program.reset();
     desktop = std::make_unique<ScriptedDesktop>();
-    program = std::make_unique<ZenvoraProgram>(
-        ProgramParts{.desktop = *desktop,
-                     .clock = clock,
-                     .databooks = databooks,
-                     .machine = machine,
-                     .drives = files::DriveMap(driveC.Path()),
-                     .share = {},
-                     .services = {.commandLine = std::string(commandLine), .link = &link}});
+    program = std::make_unique<ZenvoraProgram>(ProgramParts{
+        .desktop = *desktop,
+        .clock = clock,
+        .databooks = databooks,
+        .machine = machine,
+        .drives = files::DriveMap(driveC.Path()),
+        .share = {},
+        .services = {.commandLine = std::string(commandLine),
+                     .link = &link,
+                     .printer = printer.get(),
+                     .makePdf = testing_support::RecordingPdfMaker(page),
+                     .mainWindow = [this] {
+                         return std::make_unique<FakeFormPrint>(Main().tdgViewer, windowsPrinted);
+                     }}});
 }
 
 std::filesystem::path ProgramTest::MakeDatabook(std::string_view name,

@@ -11,6 +11,7 @@
 #include "frame/zenvora_program.h"
 #include "support/full_disk.h"
 #include "support/recording_carrier.h"
+#include "support/recording_page.h"
 #include "support/recording_shell.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
@@ -85,6 +86,9 @@ class ProgramTest : public testing::Test {
     ado::DatabasePool databooks{disk};
     std::unique_ptr<testing_support::ScriptedDesktop> desktop;
     testing_support::RecordingCarrier link;
+    testing_support::PageRecord page;        ///< what reached the printer or a PDF document
+    std::unique_ptr<page::Printer> printer;  ///< null: there is none; set it before NewRun
+    std::vector<int> windowsPrinted;         ///< the pages that the main window showed when it was printed
     std::unique_ptr<ZenvoraProgram> program;
     bool started = false;
 };

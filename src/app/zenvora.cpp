@@ -15,6 +15,9 @@
 #include "frame/provisioning.h"
 #include "frame/zenvora_program.h"
 #include "platform/link/make_link.h"
+#include "platform/page/qt_form_print.h"
+#include "platform/page/qt_pdf.h"
+#include "platform/page/qt_printer.h"
 #include "platform/shell/system_shell.h"
 
 namespace {
@@ -67,17 +70,26 @@ int Run(int argc, char** argv) {
     ado::DatabasePool databooks;
     const files::DriveMap drives(files::DriveCFolder());
     shell::SystemShell machine(shell::LockFolder(drives.DriveC()));
-    const std::unique_ptr<link::Carrier> link = link::MakeLink(link::LinkSettingsOfEnvironment());
     desktop::QtDesktop screen;
     desktop::RegisterViews(screen);
-    frame::ZenvoraProgram program({.desktop = screen,
-                                   .clock = clock,
-                                   .databooks = databooks,
-                                   .machine = machine,
-                                   .drives = drives,
-                                   .share = frame::ShareFolder(),
-                                   // The toolkit has taken its own options out of it.
-                                   .services = {.commandLine = CommandLine(argc, argv), .link = link.get()}});
+    const auto link = link::MakeLink(link::LinkSettingsOfEnvironment());
+    const auto printer = page::MakeDefaultPrinter("Zenvora");
+    controls::Form* mainWindow = nullptr;  // known once the program is made
+    frame::ZenvoraProgram program(
+        {.desktop = screen,
+         .clock = clock,
+         .databooks = databooks,
+         .machine = machine,
+         .drives = drives,
+         .share = frame::ShareFolder(),
+         // The toolkit has taken its own options out of it.
+         .services = {
+             .commandLine = CommandLine(argc, argv),
+             .link = link.get(),
+             .printer = printer.get(),
+             .makePdf = page::QtPdfMaker(),
+             .mainWindow = [&] { return page::MakeFormPrint(*screen.WindowOf(*mainWindow), "Zenvora"); }}});
+    mainWindow = &program.Main();
     controls::Forms& forms = program.Session().forms;
     application.OnStray([&](const std::exception_ptr& failure) {
         screen.User(forms, [&] { std::rethrow_exception(failure); });

@@ -117,6 +117,11 @@ void LayOutCalculations(frmMain& form, Binder& bind, QWidget& page) {
     auto* const middle = Row(
         {label, date, nullptr, bind.Bind(form.imgDataSentMsg, 18), bind.Bind(form.lblDataSentMsg), transfer});
     layout->addLayout(middle);
+    QLabel* const status = bind.Bind(form.lblTransferStatus);
+    status->setWordWrap(true);
+    status->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    status->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    layout->addWidget(status);
 
     layout->addLayout(
         Row({bind.Bind(form.cmdBack), nullptr, bind.Bind(form.cmdPrintCalc), bind.Bind(form.cmdExit)}));

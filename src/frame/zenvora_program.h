@@ -17,8 +17,8 @@ struct ProgramParts {
     files::DriveMap drives;
     /// The files that are installed with the program, which are put on C: at the start; empty: C: is left as
     /// it is.
-    std::filesystem::path share;
-    MainServices services;
+    std::filesystem::path share{};
+    MainServices services{};
 };
 
 /// The desktop program without its screen: the session, the main window, and what becomes of faults that

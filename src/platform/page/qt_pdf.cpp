@@ -6,6 +6,8 @@
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
+#include <array>
+#include <optional>
 #include <utility>
 
 #include "platform/fault.h"
@@ -17,19 +19,25 @@ namespace {
 constexpr int kTwipsPerInch = 1440;
 constexpr double kTwipsPerPoint = 20;
 
-void EnsureApplication() {
-    if (QCoreApplication::instance() != nullptr) return;
-    // Without a screen the toolkit has remarks on its surroundings that mean nothing to the user of a
-    // command.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int count = 1;
-    static char name[] = "zenvora";
-    static char* arguments[] = {name, nullptr};
-    // Never deleted: what it holds must outlast every static object that may still draw.
-    static auto* const application = new QGuiApplication(count, arguments);
-    static_cast<void>(application);
-}
+/// The toolkit's application object of a program that has none: for drawing without a screen.
+class OwnApplication {
+  public:
+    void Ensure() {
+        if (QCoreApplication::instance() != nullptr) return;
+        // Without a screen the toolkit has remarks on its surroundings that mean nothing to the user of a
+        // command.
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        application_.emplace(count_, arguments_.data());
+    }
+
+  private:
+    // The object refers to them as long as it lives.
+    int count_ = 1;
+    std::string name_ = "zenvora";
+    std::array<char*, 2> arguments_{name_.data(), nullptr};
+    std::optional<QGuiApplication> application_;
+};
 
 class PdfDevice final : public PageDevice {
   public:
@@ -101,8 +109,8 @@ class PdfDevice final : public PageDevice {
 }  // namespace
 
 PdfMaker QtPdfMaker() {
-    return [](const std::string& title, std::string& bytes) {
-        EnsureApplication();
+    return [application = std::make_shared<OwnApplication>()](const std::string& title, std::string& bytes) {
+        application->Ensure();
         return std::make_unique<Printer>(std::make_unique<PdfDevice>(title, bytes));
     };
 }

@@ -4,8 +4,9 @@
 
 namespace zenvora::page {
 
-/// PDF documents by the toolkit. It needs no screen: without an application object of the toolkit it makes
-/// one of its own that shows nothing and stays to the end of the program.
+/// PDF documents by the toolkit. It needs no screen: in a program without an application object of the
+/// toolkit it makes one of its own with the first document, which shows nothing and goes with the last copy
+/// of the maker. A surface must not outlive the maker.
 [[nodiscard]] PdfMaker QtPdfMaker();
 
 }  // namespace zenvora::page

@@ -2,6 +2,7 @@
 
 #include "desktop/frm_edit_view.h"
 #include "desktop/frm_pick_date_view.h"
+#include "desktop/frm_text_view.h"
 
 namespace zenvora::desktop {
 
@@ -14,6 +15,9 @@ void RegisterViews(QtDesktop& screen) {
     screen.Register("frmConfig", ConfigView);
     screen.Register("frmPath", PathView);
     screen.Register("frmAbout", AboutView);
+    screen.Register("frmText", FrmTextView);
+    screen.Register("frmCSVWizard", WizardView);
+    screen.Register("frmMergeDBs", MergeView);
     screen.Register("frmDataViewer", DataViewerView);
 }
 

@@ -350,9 +350,10 @@ void frmMain::ConnectDestination(const std::string& path) {
     session_.settings.currentFile = parts.File();
     session_.settings.currentDirectory = common::CkRSlash(parts.drive) + parts.dir;
     FirstConnectSelect();
-    // A key of the Databook that was open before names no record of this one.
-    txtCentralKey.SetText("");
-    CurrentKey.clear();
+    if (adoDatabook.Recordset().RecordCount() == 0) {
+        txtCentralKey.SetText("");
+        CurrentKey.clear();
+    }
     RefreshKeyButtons();
     tdgViewer.SetTab(kCompsPage);
 }

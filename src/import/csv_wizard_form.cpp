@@ -54,6 +54,8 @@ void frmCSVWizard::LayOut() {
     pbLoadStatus.SetVisible(false);
     add(btnShowAdvanced1, "Show the preview and the log");
     add(btnShowAdvanced2, "Hide the preview and the log");
+    btnShowAdvanced1.SetPicture("open-panel");
+    btnShowAdvanced2.SetPicture("close-panel");
     btnShowAdvanced2.SetVisible(false);
     add(fraAdvanced, "");
     fraAdvanced.SetVisible(false);

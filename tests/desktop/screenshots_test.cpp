@@ -10,6 +10,9 @@
 #include "frame/frm_about.h"
 #include "frame/frm_config.h"
 #include "frame/frm_path.h"
+#include "frame/import_source.h"
+#include "import/csv_wizard.h"
+#include "import/frm_merge_dbs.h"
 
 namespace zenvora::desktop {
 namespace {
@@ -124,6 +127,29 @@ TEST_P(Screenshots, OfEveryWindow) {
     overwrite.Show(controls::Modality::Modeless);
     overwrite.Close();
     Keep(*screen->WindowOf(overwrite), "overwrite");
+
+    const std::filesystem::path databook = folder / "MAPPED.MDB";
+    databook::CreateTemplate(databook, kToday);
+    importing::AdoLoadTarget target(session.databooks, session.clock,
+                                    [&](std::string_view) { return databook; });
+    importing::frmCSVWizard wizard(session, target);
+    wizard.CSVFilename = (folder / "LISTINGS.CSV").string();
+    wizard.CSVFiledate = kToday;
+    wizard.CSVMDBFilename = databook.string();
+    wizard.DetailedView = true;
+    wizard.Show(controls::Modality::Modeless);
+    Keep(*screen->WindowOf(wizard), "wizard");
+    wizard.btnSuggestMap.Click();
+    wizard.btnShowAdvanced1.Click();
+    wizard.btnPreview.Click();
+    Keep(*screen->WindowOf(wizard), "wizard-preview");
+
+    importing::frmMergeDBs merge(session, program->Main().adoDatabook, frame::TemplatePath(session));
+    merge.Load();
+    merge.txtFilename[0].SetText(session.settings.currentDirectory + session.settings.currentFile);
+    merge.PathTyped(0);
+    merge.Show(controls::Modality::Modeless);
+    Keep(*screen->WindowOf(merge), "merge");
 
     user.When("message", [&](QWidget& message) {
         Keep(message, "warning");

@@ -288,8 +288,21 @@ TEST_F(FileMenuTest, OpenDatabookShowsItsDialogAndTheOtherDatabook) {
     EXPECT_EQ(CurrentFile(), "SECOND.MDB");
     EXPECT_EQ(Main().open.OpenMode, 1);
     EXPECT_EQ(Main().tdgViewer.TabCaption(0), "Comps and Listings:  1/1");
-    // The key box held a key of the first Databook.
+}
+
+TEST_F(FileMenuTest, AnEmptyDatabookEmptiesTheKeyBoxAndAnyOtherLeavesIt) {
+    const fs::path empty = MakeDatabook("EMPTY.MDB", {});
+    const fs::path second = MakeDatabook("SECOND.MDB", {{.key = "3 FIR ST"}});
+    Main().txtCentralKey.SetText("9 ASH ST");
+    desktop->ExpectFile(second.string());
+    Press("mnuFileItem", 2);
+    EXPECT_EQ(Text("txtCentralKey"), "9 ASH ST");
+    EXPECT_TRUE(Enabled("cmdAdd"));
+    EXPECT_FALSE(Enabled("cmdEdit"));
+    desktop->ExpectFile(empty.string());
+    Press("mnuFileItem", 2);
     EXPECT_EQ(Text("txtCentralKey"), "");
+    EXPECT_EQ(Main().CurrentKey, "");
     EXPECT_FALSE(Enabled("cmdAdd"));
 }
 

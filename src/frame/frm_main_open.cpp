@@ -387,6 +387,7 @@ void frmMain::MergeDatabooks() {
     // The Databook that is open may be the one that was merged into.
     ReopenRecordViews();
     RefreshKeyButtons();
+    if (!cmdChkValidity.Visible()) ShowRecordCounts();
 }
 
 // ---- Open Recent ----

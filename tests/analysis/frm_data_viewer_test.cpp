@@ -213,5 +213,41 @@ TEST_F(DataViewer, HasTheColoursAndCaptionsOfItsWindow) {
     }
 }
 
+TEST_F(DataViewer, IsAWindowWithItsFramesListsAndCells) {
+    EXPECT_EQ(viewer.Name(), "frmDataViewer");
+    EXPECT_EQ(viewer.Caption(), "Data Results Viewer");
+    const char* const captions[] = {"Sale: Price",
+                                    "Sale: DOM",
+                                    "Listing: Price",
+                                    "Listing: DOM",
+                                    "Comps: Sale Price / List Price",
+                                    "List Prices of Sales Only"};
+    for (int group = 0; group < 6; ++group) {
+        const auto* const frame =
+            dynamic_cast<controls::Frame*>(viewer.Find("Frame" + std::to_string(group + 1)));
+        ASSERT_NE(frame, nullptr);
+        EXPECT_EQ(frame->Caption(), captions[group]);
+    }
+    for (const char* name : {"lstData", "txtAverage", "txtMedian", "txtTotal", "txtLowest", "txtHighest"}) {
+        for (int index = 0; index < kStatisticsLists; ++index)
+            EXPECT_NE(viewer.Find(name, index), nullptr) << name << index;
+    }
+    EXPECT_TRUE(viewer.txtMedian[0].Locked());
+}
+
+TEST_F(DataViewer, ItsWidthAtLoadLeavesRoomBehindTheFourthFrame) {
+    viewer.Load();
+    // The left edge of the fourth frame, its width, and 3500 twips.
+    EXPECT_EQ(viewer.Placement().width, 6300 + 1640 + 3500);
+}
+
+TEST_F(DataViewer, KeepsItsDataWhenItsWindowIsClosed) {
+    desktop.ExpectForm("frmDataViewer");
+    Fill(13, {"5"});
+    viewer.Show(controls::Modality::Modeless);
+    viewer.Close();
+    EXPECT_EQ(viewer.lstData[13].ListCount(), 1);
+}
+
 }  // namespace
 }  // namespace zenvora::analysis

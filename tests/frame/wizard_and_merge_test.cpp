@@ -110,6 +110,7 @@ TEST_F(WizardAndMerge, TheMenuMergesIntoTheDatabookThatIsOpen) {
     });
     Press("mnuFileItem", 3);
     EXPECT_EQ(Keys(), (Names{"1 ELM ST", "2 O'HARA ST"}));
+    EXPECT_EQ(Main().tdgViewer.TabCaption(0), "Comps and Listings:  1/2");
     EXPECT_TRUE(desktop->Done());
 }
 

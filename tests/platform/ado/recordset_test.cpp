@@ -28,6 +28,36 @@ class RecordsetTest : public StoreTest {
     std::unique_ptr<Adodc> control_;
 };
 
+// ---- values at a position ----
+
+TEST_F(RecordsetTest, TellsTheValueAtAPositionWithoutMoving) {
+    Records().MoveTo(2);
+    EXPECT_EQ(Records().ValueAt(0, 0), jet::Value{std::string("a")});
+    EXPECT_EQ(Records().ValueAt(3, 2), jet::Value{400.0});
+    EXPECT_EQ(Records().ValueAt(2, 1), jet::Value{jet::Null{}});
+    EXPECT_EQ(Records().ValueAt(0, 5), jet::Value{std::string("first")});  // a memo is read from the file
+    EXPECT_EQ(Here(), "C");
+    EXPECT_EQ(FaultOf([&] { static_cast<void>(Records().ValueAt(4, 0)); }), fault::kNoCurrentRecord);
+    EXPECT_EQ(FaultOf([&] { static_cast<void>(Records().ValueAt(-1, 0)); }), fault::kNoCurrentRecord);
+    EXPECT_EQ(FaultOf([&] { static_cast<void>(Records().ValueAt(0, 99)); }), fault::kItemNotFound);
+}
+
+TEST_F(RecordsetTest, AChangeThatIsPendingShowsAtItsPositionAndStaysPending) {
+    Records().MoveTo(1);
+    Records().SetValue(1, std::string("Novi"));
+    EXPECT_EQ(Records().ValueAt(1, 1), jet::Value{std::string("Novi")});
+    EXPECT_EQ(Records().ValueAt(3, 1), jet::Value{std::string("Flint")});
+    EXPECT_EQ(Records().Edit(), EditMode::InProgress);
+    EXPECT_EQ(Column("SELECT CITY FROM STOCK ORDER BY KEYNAME")[1], "Troy");
+}
+
+TEST_F(RecordsetTest, PositionsCountTheRecordsThatAreLeft) {
+    Records().MoveTo(1);
+    Records().Delete();
+    EXPECT_EQ(Records().ValueAt(1, 0), jet::Value{std::string("C")});
+    EXPECT_EQ(FaultOf([&] { static_cast<void>(Records().ValueAt(3, 0)); }), fault::kNoCurrentRecord);
+}
+
 // ---- selection ----
 
 TEST_F(RecordsetTest, OrdersByTheKeyWithoutRegardToCase) {

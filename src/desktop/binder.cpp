@@ -1,5 +1,6 @@
 #include "desktop/binder.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QDragEnterEvent>
 #include <QGuiApplication>

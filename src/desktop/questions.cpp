@@ -1,6 +1,7 @@
 // The questions of the screen: messages and file dialogs.
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -29,23 +30,40 @@ constexpr std::string_view kHelp =
 
 usage: zenvora [/V] [option...]
 
-  /V         show the statistics window too; must come first
-  --help     this text
-  --version  the version
+  /V                   show the statistics window too; must come first
+  --with-standin FILE  let krn-standin show the reports of FILE in the place of KRN
+  --help               this text
+  --version            the version
 
 Options of the toolkit (-platform, -style, ...) are taken too.
 Settings, the template for new Databooks and the help files lie in the folder ZENVORA_HOME,
 else in $XDG_DATA_HOME/zenvora or ~/.local/share/zenvora.
 )";
 
-/// The command line as the rules read it: what the user typed behind the program's name.
+constexpr std::string_view kWithStandin = "--with-standin";
+
+/// The command line as the rules read it: what the user typed behind the program's name, without the options
+/// that the rules know nothing of.
 std::string CommandLine(int argc, char** argv) {
     std::string line;
     for (int at = 1; at < argc; ++at) {
-        if (at > 1) line += ' ';
+        if (argv[at] == kWithStandin) {
+            ++at;
+            continue;
+        }
+        if (!line.empty()) line += ' ';
         line += argv[at];
     }
     return line;
+}
+
+/// The way to KRN, or to the stand-in of the file that the command line names.
+link::LinkSettings WayToKrn(int argc, char** argv) {
+    link::LinkSettings settings = link::LinkSettingsOfEnvironment();
+    for (int at = 1; at + 1 < argc; ++at) {
+        if (argv[at] == kWithStandin) settings.standinFile = argv[at + 1];
+    }
+    return settings;
 }
 
 /// The last resort, when no window can tell: a fault in words on the error stream.
@@ -72,7 +90,7 @@ int Run(int argc, char** argv) {
     shell::SystemShell machine(shell::LockFolder(drives.DriveC()));
     desktop::QtDesktop screen;
     desktop::RegisterViews(screen);
-    const auto link = link::MakeLink(link::LinkSettingsOfEnvironment());
+    const auto link = link::MakeLink(WayToKrn(argc, argv));
     const auto printer = page::MakeDefaultPrinter("Zenvora");
     controls::Form* mainWindow = nullptr;  // known once the program is made
     frame::ZenvoraProgram program(
@@ -114,6 +132,14 @@ int main(int argc, char** argv) {
         if (argument == "--version") {
             std::cout << "zenvora " << ZENVORA_VERSION << '\n';
             return 0;
+        }
+        if (argument != kWithStandin) continue;
+        std::error_code unreadable;
+        if (++at == argc || !std::filesystem::is_regular_file(argv[at], unreadable)) {
+            std::cerr << "zenvora: " << kWithStandin << " needs a file of reports"
+                      << (at == argc ? "" : std::string("; there is none at ") + argv[at])
+                      << ". samples/KRN.txt is one.\n";
+            return 2;
         }
     }
     try {

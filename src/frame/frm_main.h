@@ -57,8 +57,7 @@ struct MainServices {
 /// Faults in a file that the user chose are told in a message and lead back to the start dialog or to the
 /// Databook that was open. All others pass out of the events.
 ///
-/// Parked, which no view shows: Frame4 with txtKrnFormList, txtKrnReportName, TxtDde and Command2, and
-/// lstProcesses.
+/// Parked, which no view shows: Frame4 with txtKrnFormList, txtKrnReportName and Command2, and lstProcesses.
 class frmMain final : public controls::Form, public records::MainForm {
   public:
     static constexpr int kCompsPage = 0;
@@ -159,9 +158,9 @@ class frmMain final : public controls::Form, public records::MainForm {
     [[nodiscard]] std::string DataSourceOfConnection() const;
     /// True when the report that is open in KRN holds a form of a condominium or cooperative.
     [[nodiscard]] bool IsCondoForm() const;
-    /// Brings the transfer controls up to date with KRN.
+    /// Brings the transfer controls up to date with KRN. A failed conversation reads as no report.
     void RefreshKrnLink();
-    /// The same at the user's wish: a failure of the conversation is told.
+    /// The same at the user's wish, and the report's date with it: a failed conversation is told.
     void CheckForAppraisal();
     /// A fault passed out of an event: no half-made change stays, and the grid shows what is stored. True
     /// when a Databook is open that the user can work on with.

@@ -94,8 +94,14 @@ bool frmMain::IsCondoForm() const {
 
 std::string frmMain::ActiveReportName() {
     if (!common::IsKrnRunning(session_, lstProcesses)) return {};
-    TxtDde.SetText("");
-    transfer::KrnQueryActiveReports(TxtDde, session_);
+    try {
+        TxtDde.SetText("");
+        transfer::KrnQueryActiveReports(TxtDde, session_);
+    } catch (const Fault& fault) {
+        // It is only a name to offer: a dialog must not stay away for it.
+        linkFault_ = fault;
+        return {};
+    }
     std::string drive;
     std::string dir;
     std::string name;

@@ -43,14 +43,23 @@ struct PathParts {
     [[nodiscard]] std::string File() const { return ext.empty() ? name : name + "." + ext; }
 };
 
+/// True when both paths lead to the same place, or the drive of the one that is meant does not exist.
+bool LeadsThere(const files::DriveMap& drives, const std::string& path, const std::string& meant) {
+    try {
+        const std::filesystem::path place = drives.HostPath(meant);
+        return drives.HostPath(path) == place;
+    } catch (const Fault&) {
+        return true;
+    }
+}
+
 /// ParseFileName, whose parts are in capitals. On a host that tells case apart, and where a folder's name
 /// holds a "]", these may lead to another file than the one meant: then the parts are those of the path as it
 /// stands.
 PathParts PartsOf(const files::DriveMap& drives, const std::string& path) {
     PathParts parts;
     common::ParseFileName(path, parts.drive, parts.dir, parts.name, parts.ext);
-    if (parts.name.empty() || drives.HostPath(parts.Folder() + parts.File()) == drives.HostPath(path))
-        return parts;
+    if (parts.name.empty() || LeadsThere(drives, parts.Folder() + parts.File(), path)) return parts;
     const std::size_t colon = path.size() > 1 && path[1] == ':' ? 2 : 0;
     const std::size_t slash = path.rfind('\\');
     const std::size_t nameAt = slash == std::string::npos ? colon : slash + 1;
@@ -132,7 +141,9 @@ bool frmMain::Guarded(const std::function<void()>& work) {
         GoBackTo(before);
     } catch (const Fault& fault) {
         // Without the template there are no new Databooks at all: no matter of the file that was chosen.
-        const bool isTemplate = fault.place.file == common::Shown(TemplatePath(session_));
+        const bool isTemplate =
+            fault.place.file ==
+            HostText(common::CkRSlash(session_.settings.applicationDirectory) + std::string(kTemplateName));
         if (isTemplate && !before.hadRecords) throw;
         TellFault(session_, "The file could not be opened.", fault);
         GoBackTo(before);
@@ -223,7 +234,7 @@ std::string frmMain::OpenMdbDialog(std::string_view title, const std::string& de
     if (text::Trim(name).empty()) return cdlMain.fileName;
     cdlMain = {.title = std::string(title),
                .filter = std::string(kSourceFilter),
-               .directory = common::Shown(session_.drives.HostPath(session_.settings.applicationDirectory)),
+               .directory = HostText(session_.settings.applicationDirectory),
                .fileName = name,
                .defaultExtension = {}};
     return ShowOpenDialog();

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "common/error_rule.h"
+#include "common/file_helpers.h"
 #include "common/globals.h"
 #include "common/placement.h"
 #include "common/primitives.h"
@@ -84,10 +85,12 @@ void frmMain::RunOpenLoop() {
 
 void frmMain::InsertMissingFields() {
     const common::Settings& settings = session_.settings;
-    databook::InsertMissingCompsFields(session_, common::CkRSlash(settings.dataDirectory) + "COMMENTS.MDB",
-                                       mapper_);
-    databook::InsertMissingCompsFields(
-        session_, common::CkRSlash(settings.applicationDirectory) + "NEWDATA.MDB", mapper_);
+    for (const std::string& path : {common::CkRSlash(settings.dataDirectory) + "COMMENTS.MDB",
+                                    common::CkRSlash(settings.applicationDirectory) + "NEWDATA.MDB"}) {
+        // Settings may name a drive that is not there.
+        if (common::FileExists(session_, session_.drives, path))
+            databook::InsertMissingCompsFields(session_, path, mapper_);
+    }
 }
 
 void frmMain::ShowStartDialog() {

@@ -43,7 +43,8 @@ std::string MapsFolder(const common::Session& session) {
 }  // namespace
 
 fs::path TemplatePath(const common::Session& session) {
-    return session.drives.HostPath(common::CkRSlash(session.settings.applicationDirectory) + "newdata.mdb");
+    return session.drives.HostPath(common::CkRSlash(session.settings.applicationDirectory) +
+                                   std::string(kTemplateName));
 }
 
 NewDatabook::NewDatabook(common::Session& session, const std::string& target)

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "common/session.h"
 #include "import/load_outcome.h"
@@ -52,7 +53,9 @@ class NewDatabook {
     std::filesystem::path path_;
 };
 
-/// Host path of the template for new Databooks.
+/// Name of the template for new Databooks, in the application directory; and its host path. Fault 76: the
+/// settings name a drive that does not exist.
+inline constexpr std::string_view kTemplateName = "newdata.mdb";
 [[nodiscard]] std::filesystem::path TemplatePath(const common::Session& session);
 
 }  // namespace zenvora::frame

@@ -440,6 +440,16 @@ TEST_F(FileMenuTest, TheReportsNameIsOfferedWhileKrnRuns) {
     EXPECT_EQ(desktop->dialogs.back().fileName, "SMITH");
 }
 
+TEST_F(FileMenuTest, AKrnThatHangsDoesNotKeepTheDialogAway) {
+    OpenReport();
+    machine.processes = {"KRN.EXE"};
+    link.faults["request"] = fault::kLinkTimeOut;
+    desktop->ExpectFile(MakeDatabook("SECOND.MDB", {{.key = "3 FIR ST"}}).string());
+    Press("mnuFileItem", 2);
+    EXPECT_EQ(desktop->dialogs.back().fileName, "");
+    EXPECT_EQ(Keys(), Names{"3 FIR ST"});
+}
+
 // ---- files that are dropped on the window ----
 
 TEST_F(FileMenuTest, ADatabookThatIsDroppedIsOpened) {

@@ -271,6 +271,35 @@ TEST_F(StartTest, ALaunchOfKrnIsOfferedOnceAtTheEndOfTheStartOnlyWhereItIsInstal
     StartWith(folder / "A.MDB");
 }
 
+TEST_F(StartTest, SettingsThatNameADriveThatIsNotThereDoNotLockTheUserOut) {
+    WriteSettings(
+        "[DIRECTORIES]\nTABLE=COMPS\nDATADIR=Q:\\DATA\nCURRDATADIR=Q:\\BOOKS\\\n"
+        "CURRDATABOOK=OLD.MDB\n");
+    desktop->ExpectForm("frmSplash1", [](Form& form) { PressOn(form, "cmdOK"); });
+    desktop->ExpectFile("");  // cancelled: the last Databook, which cannot be reached
+    desktop->ExpectAny();
+    desktop->ExpectForm("frmSplash1", [](Form& form) { PressOn(form, "cmdOK"); });
+    desktop->ExpectFile(MakeDatabook("A.MDB", {{.key = "1 ELM ST"}}).string());
+    desktop->ExpectForm("frmMain");
+    Start();
+    EXPECT_TRUE(started);
+    EXPECT_EQ(desktop->dialogs.at(0).fileName, "OLD");
+    EXPECT_NE(desktop->messages.at(0).text.find("There is no drive Q:"), std::string::npos);
+    EXPECT_EQ(Main().tdbgData.RowCount(), 1);
+}
+
+TEST_F(StartTest, WithAProgramDirectoryThatIsNotThereADatabookCanStillBeOpened) {
+    WriteSettings("[DIRECTORIES]\nTABLE=COMPS\nAPPDIR=Q:\\ZVR\n");
+    StartWith(MakeDatabook("A.MDB", {{.key = "1 ELM ST"}}));
+    EXPECT_TRUE(started);
+    EXPECT_TRUE(desktop->messages.empty());
+    // A new one needs the template.
+    desktop->ExpectFile((folder / "NEW.MDB").string());
+    desktop->ExpectAny();
+    Press("mnuFileItem", 1);
+    EXPECT_EQ(Main().tdbgData.RowCount(), 1);
+}
+
 TEST_F(StartTest, AKrnThatHangsDoesNotKeepTheUserFromHisWork) {
     OpenReport();
     link.faults["request"] = fault::kLinkTimeOut;

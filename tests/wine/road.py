@@ -55,6 +55,9 @@ def make_prefix():
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=300)
     # No display is needed then.
     wine("reg", "add", r"HKCU\Software\Wine\Drivers", "/v", "Graphics", "/d", "null", "/f")
+    # The session that made the prefix looked for a display; windows of the next one find each other.
+    for end in ("-k", "-w"):
+        subprocess.run(["wineserver", end], env=ENVIRONMENT, stderr=subprocess.DEVNULL, timeout=60, check=False)
     (PREFIX / "ready").touch()
 
 

@@ -7,6 +7,7 @@
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QTabBar>
+#include <memory>
 
 #include "desktop/pictures.h"
 #include "desktop/shades.h"
@@ -296,7 +297,8 @@ QPalette DarkColors() {
 void SetLook(QApplication& application) {
     // A theme of the user's desktop has colours of its own; the toolkit's standard colours say that there is
     // none.
-    const QPalette standard = QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+    const std::unique_ptr<QStyle> plain(QStyleFactory::create(QStringLiteral("Fusion")));
+    const QPalette standard = plain->standardPalette();
     const QColor ground = application.palette().color(QPalette::Window);
     application.setStyle(new Look);
     if (ground == standard.color(QPalette::Window) || !IsDark(application.palette())) {

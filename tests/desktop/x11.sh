@@ -32,7 +32,7 @@ unset WAYLAND_DISPLAY QT_SCALE_FACTOR
 
 start_server() {
     : >"$work/display"
-    Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$work/display" >"$work/server.log" 2>&1 &
+    Xvfb -displayfd 3 -screen 0 1280x900x24 -noreset -nolisten tcp 3>"$work/display" >"$work/server.log" 2>&1 &
     server=$!
     for _ in $(seq 100); do
         [ ! -s "$work/display" ] || break

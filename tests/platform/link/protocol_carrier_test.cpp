@@ -112,7 +112,8 @@ TEST_F(ProtocolCarrierTest, WithoutAPeerNobodyAnswers) {
 TEST_F(ProtocolCarrierTest, PassesFaultsOnByNumber) {
     carrier.Open("KRN", "Smith");
     for (const int number : {285, 380}) {
-        peer.answer = [&](const Query& query) { return EncodeReply({query.number, number, {}, "why"}); };
+        // By value: the conversation is closed, and answered, when the loop is long over.
+        peer.answer = [number](const Query& query) { return EncodeReply({query.number, number, {}, "why"}); };
         EXPECT_EQ(FaultOf([&] { carrier.Poke("a", "b"); }), number);
         EXPECT_EQ(FaultOf([&] { static_cast<void>(carrier.Request("a")); }), number);
     }
@@ -133,7 +134,8 @@ TEST_F(ProtocolCarrierTest, ATimeOutThatTheHelperReportsGivesANewHelper) {
     for (const int number : {286, 293}) {
         peer = {};
         carrier.Open("KRN", "Smith");
-        peer.answer = [&](const Query& query) { return EncodeReply({query.number, number, {}, "why"}); };
+        // By value: the conversation is closed, and answered, when the loop is long over.
+        peer.answer = [number](const Query& query) { return EncodeReply({query.number, number, {}, "why"}); };
         EXPECT_EQ(FaultOf([&] { carrier.Poke("a", "b"); }), number);
         peer.answer = Peer{}.answer;
         carrier.Open("KRN", "Smith");

@@ -6,7 +6,7 @@
 
 namespace zenvora::frame {
 
-frmAbout::frmAbout(common::Session& session, std::string version)
+frmAbout::frmAbout(common::Session& session, const std::string& version)
     : Form(session.forms, "frmAbout", "About "), session_(session) {
     SetPlacement({.width = 5600, .height = 3600});
     aicAlphaImage1.SetPicture("zenvora");

@@ -14,7 +14,7 @@ namespace zenvora::frame {
 class frmAbout final : public controls::Form {
   public:
     /// `version` as it is shown: "1.2.0".
-    frmAbout(common::Session& session, std::string version);
+    frmAbout(common::Session& session, const std::string& version);
 
     controls::Image aicAlphaImage1{"aicAlphaImage1"};  ///< the program's picture
     controls::Label lblProgram{"lblProgram"};          ///< "Zenvora"

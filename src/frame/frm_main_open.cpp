@@ -287,7 +287,7 @@ void frmMain::ChooseDatabook() {
 
 std::string frmMain::ImportSource(const std::string& source) {
     const PathParts parts = PartsOf(session_.drives, source);
-    const std::string target = common::CkRSlash(session_.settings.currentDirectory) + parts.name + ".mdb";
+    std::string target = common::CkRSlash(session_.settings.currentDirectory) + parts.name + ".mdb";
     std::string map = parts.Folder() + parts.name + ".map";
     if (!common::FileExists(session_, session_.drives, map)) map.clear();
     const SourceImport import{.source = source, .map = map, .target = target};

@@ -147,7 +147,8 @@ void frmPath::ListFolders() {
     places_.push_back(place);
     std::size_t depth = 1;
     const auto step = [&](const std::string& name, std::string to) {
-        lines.push_back(std::string(depth * kIndent, ' ') + name);
+        lines.emplace_back(depth * kIndent, ' ');
+        lines.back() += name;
         places_.push_back(std::move(to));
     };
     for (const std::string& part : PartsOf(path_)) {

@@ -107,6 +107,7 @@ void frmCSVWizard::Say(const char* message) {
 
 void frmCSVWizard::ShowSource() {
     std::vector<controls::GridColumn> columns;
+    columns.reserve(static_cast<std::size_t>(DataGridView1.Cols()));
     for (int col = 0; col < DataGridView1.Cols(); ++col)
         columns.push_back({.caption = FieldCaption(col)});
     gridSource.SetColumns(std::move(columns));

@@ -65,7 +65,8 @@ def main():
     if not entries:
         print("no source under src/: nothing was checked")
         return 1
-    common = version.encode() + (ROOT / ".clang-tidy").read_bytes()
+    settings = [ROOT / ".clang-tidy", *sorted((ROOT / "src").rglob(".clang-tidy"))]
+    common = version.encode() + b"".join(path.read_bytes() for path in settings)
     findings = 0
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         for text in pool.map(lambda entry: look_at(entry, common), entries):

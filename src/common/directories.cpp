@@ -21,9 +21,9 @@ std::string GetAppraiseDir() {
 }
 
 std::string KrnIniDir(Session& session) {
-    const std::string appraise = CkRSlash(std::string_view(GetAppraiseDir()));
+    std::string appraise = CkRSlash(std::string_view(GetAppraiseDir()));
     if (IsVista(session)) return appraise;
-    const std::string inWindows = session.settings.windowsDirectory + "Krn.ini";
+    std::string inWindows = session.settings.windowsDirectory + "Krn.ini";
     if (FileExists(session, session.drives, inWindows)) return inWindows;
     if (FileExists(session, session.drives, appraise + "Krn.ini")) return appraise;
     return {};

@@ -36,7 +36,8 @@ FieldNotes::FieldNotes(QWidget& window)
             [this](QWidget* /*before*/, QWidget* now) { ShowLine(now); });
 }
 
-void FieldNotes::Follow(controls::TextBox& control, QLineEdit& edit, std::string title, std::string hint) {
+void FieldNotes::Follow(controls::TextBox& control, QLineEdit& edit, const std::string& title,
+                        const std::string& hint) {
     auto& field = *fields_.emplace_back(std::make_unique<Field>());
     field.edit = &edit;
     field.title = Shown(title);

@@ -20,7 +20,8 @@ class FieldNotes final : public QObject {
     /// The line, to be laid out.
     [[nodiscard]] QWidget* Line() const noexcept { return line_; }
     /// Follows a field. `title` is what the line calls it, `hint` what it says when there is no tip.
-    void Follow(controls::TextBox& control, QLineEdit& edit, std::string title, std::string hint = {});
+    void Follow(controls::TextBox& control, QLineEdit& edit, const std::string& title,
+                const std::string& hint = {});
 
   private:
     struct Field {

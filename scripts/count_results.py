@@ -3,7 +3,8 @@
 
 FOLDER/NAME.check holds the outcome of one check. FOLDER/PRESET/ctest.xml lists the test programs of one run, and
 PRESET/PROGRAM.json the cases of each GoogleTest program. A program without a file of its own (a check of the tree, a
-program that died) counts as one. Exits 1 when something failed or nothing passed.
+program that died) counts as one. What failed programs printed at their end comes first. Exits 1 when something failed or
+nothing passed.
 """
 import json
 import sys
@@ -30,6 +31,14 @@ def program_outcome(element):
     return "skipped" if element.find("skipped") is not None else "failed"
 
 
+def print_end_of_output(name, element, lines=60):
+    """A failed program's own words, near the end of a long log."""
+    output = (element.findtext("system-out") or "").strip().splitlines()
+    print(f"---- {name}, the last lines of its output")
+    print("\n".join(output[-lines:]))
+    print("----")
+
+
 def count(folder):
     outcomes = []
     for path in sorted(folder.glob("*.check")):
@@ -38,6 +47,8 @@ def count(folder):
         for element in xml.parse(report).getroot().iter("testcase"):
             name = element.get("name")
             program = (program_outcome(element), f"{report.parent.name}: {name}")
+            if program[0] == "failed":
+                print_end_of_output(program[1], element)
             path = report.parent / f"{name}.json"
             if not path.exists():
                 outcomes.append(program)

@@ -84,7 +84,7 @@ Fault FaultOf(UINT error, bool isPoke) {
 /// Under Wine an acknowledgement that nobody asked for stays in the queue behind each request, and the next
 /// poke would take it for its own: a refused value then looks accepted.
 void TakeStrayAcknowledgement() {
-    constexpr ULONGLONG kPatience = 50;  // milliseconds; it is there at once, as a rule
+    constexpr ULONGLONG kPatience = 250;  // milliseconds; it is there at once unless the machine is busy
     const ULONGLONG start = GetTickCount64();
     for (;;) {
         MSG message;

@@ -20,6 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kSettingsFile = "C:\\Appraise\\ZVR.INI";
 constexpr std::string_view kProgramFolder = "C:\\ZVR";
+constexpr std::string_view kDataFolder = "C:\\ZVR\\DATA";
 
 /// Keeps what went wrong first: the later failures mostly follow from it.
 class Trouble {
@@ -53,7 +54,10 @@ void ProvideSettings(common::Session& session) {
     const bool stored = session.profiles.Change(file, [](ini::Document& document) {
         // Without the name no statement of the program names a table.
         if (document.Find("DIRECTORIES", "TABLE")) return false;
-        return document.Set("DIRECTORIES", "TABLE", "COMPS");
+        document.Set("DIRECTORIES", "TABLE", "COMPS");
+        // The configuration dialog stores what it shows, and by itself it shows a folder that is not there.
+        if (!document.Find("DIRECTORIES", "DATADIR")) document.Set("DIRECTORIES", "DATADIR", kDataFolder);
+        return true;
     });
     if (stored && ::access(file.c_str(), W_OK) == 0 && ::access(file.parent_path().c_str(), W_OK) == 0)
         return;
@@ -117,7 +121,8 @@ void DemandTemplate(const files::DriveMap& drives, const fs::path& share) {
 void ProvisionDriveC(common::Session& session, const fs::path& share) {
     const files::DriveMap& drives = session.drives;
     Trouble trouble;
-    for (const char* folder : {"C:\\Appraise", "C:\\WINDOWS", "C:\\ZVR\\DATA"})
+    for (const std::string_view folder :
+         {std::string_view("C:\\Appraise"), std::string_view("C:\\WINDOWS"), kDataFolder})
         trouble.Try([&] { MakeFolders(drives, folder); });
     trouble.Try([&] { ProvideSettings(session); });
     for (const fs::path& name : FilesBelow(share))

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "common/globals.h"
+#include "frame/frm_config.h"
 #include "support/test_session.h"
 
 namespace zenvora::frame {
@@ -10,6 +11,8 @@ namespace {
 
 using testing_support::TempFolder;
 using testing_support::TestSession;
+
+constexpr const char* kNewSettings = "[DIRECTORIES]\r\nTABLE=COMPS\r\nDATADIR=C:\\ZVR\\DATA\r\n";
 
 class Provisioning : public testing::Test {
   protected:
@@ -29,7 +32,7 @@ class Provisioning : public testing::Test {
 
 TEST_F(Provisioning, TheFirstStartPutsEverythingInPlace) {
     Start();
-    EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"), "[DIRECTORIES]\r\nTABLE=COMPS\r\n");
+    EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"), kNewSettings);
     EXPECT_EQ(drive_.Read("ZVR/NEWDATA.MDB"), "template");
     EXPECT_EQ(drive_.Read("ZVR/OLD.rtf"), "{\\rtf1}");
     EXPECT_EQ(drive_.Read("ZVR/ZVR.CHM"), "ITSF 1");
@@ -54,7 +57,7 @@ TEST_F(Provisioning, WhatIsMissingIsRestoredAtEachStart) {
     Start();
     EXPECT_EQ(drive_.Read("ZVR/NEWDATA.MDB"), "template");
     EXPECT_TRUE(std::filesystem::is_directory(drive_ / "ZVR/DATA"));
-    EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"), "[DIRECTORIES]\r\nTABLE=COMPS\r\n");
+    EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"), kNewSettings);
 }
 
 TEST_F(Provisioning, NothingOfTheUsersIsOverwritten) {
@@ -74,14 +77,27 @@ TEST_F(Provisioning, AnEmptyFileCountsAsMissing) {
     drive_.Write("Appraise/ZVR.INI", "");
     Start();
     EXPECT_EQ(drive_.Read("ZVR/NEWDATA.MDB"), "template");
-    EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"), "[DIRECTORIES]\r\nTABLE=COMPS\r\n");
+    EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"), kNewSettings);
 }
 
 TEST_F(Provisioning, SettingsWithoutATableGetItsName) {
-    drive_.Write("Appraise/ZVR.INI", "; mine\r\n[CONFIG]\r\nADDZEROES=0\r\n");
+    drive_.Write("Appraise/ZVR.INI",
+                 "; mine\r\n[CONFIG]\r\nADDZEROES=0\r\n\r\n[DIRECTORIES]\r\nDATADIR=Z:\\A\r\n");
     Start();
     EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"),
-              "; mine\r\n[CONFIG]\r\nADDZEROES=0\r\n\r\n[DIRECTORIES]\r\nTABLE=COMPS\r\n");
+              "; mine\r\n[CONFIG]\r\nADDZEROES=0\r\n\r\n[DIRECTORIES]\r\nDATADIR=Z:\\A\r\nTABLE=COMPS\r\n");
+}
+
+TEST_F(Provisioning, TheConfigurationDialogShowsTheDataDirectoryThatIsUsedAndThatIsThere) {
+    Start();
+    common::ReadGlobals(session_);
+    test_.desktop.ExpectForm("frmConfig", [&](controls::Form& form) {
+        EXPECT_EQ(dynamic_cast<frmConfig&>(form).txtDataDir.Text() + "\\", session_.settings.dataDirectory);
+    });
+    ShowConfiguration(session_);
+    // Looking at it has changed nothing.
+    common::ReadGlobals(session_);
+    EXPECT_TRUE(std::filesystem::is_directory(session_.drives.HostPath(session_.settings.dataDirectory)));
 }
 
 TEST_F(Provisioning, AnOlderHelpIsBroughtUpToDateAndKept) {
@@ -129,7 +145,7 @@ TEST_F(Provisioning, FilesOfTheProgramThatAreNotInstalledAreTold) {
     test_.desktop.ExpectAny();
     ProvisionDriveC(session_, share_ / "none");
     EXPECT_NE(test_.desktop.messages[0].text.find("NEWDATA.MDB"), std::string::npos);
-    EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"), "[DIRECTORIES]\r\nTABLE=COMPS\r\n");
+    EXPECT_EQ(drive_.Read("Appraise/ZVR.INI"), kNewSettings);
 }
 
 TEST(ShareFolder, StandsBesideTheFolderOfTheProgram) {

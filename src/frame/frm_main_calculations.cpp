@@ -83,8 +83,11 @@ void frmMain::RefreshKrnLink() {
 
 void frmMain::CheckForAppraisal() {
     RefreshKrnLink();
-    const std::optional<Fault> fault = linkFault_;
+    std::optional<Fault> fault = linkFault_;
     SetUpDate(txtBaseDate, cboBaseDate);
+    // Of a report that is there the date is missed: today has taken its place. Where there is none, asking
+    // for its date could only fail.
+    if (cmdTransfer.Enabled()) fault = linkFault_;
     if (fault) TellFault(session_, "The appraisal software could not be asked for its report.", *fault);
 }
 

@@ -30,7 +30,6 @@ bool IsFile(const files::DriveMap& drives, std::string_view path) {
 }  // namespace
 
 void frmMain::OnLoad() {
-    open = {};
     common::ResetFormPosition(*this);
     if (text::Upper(services_.commandLine).starts_with("/V")) viewer.Show(controls::Modality::Modeless);
     common::ReadGlobals(session_);
@@ -43,7 +42,7 @@ void frmMain::OnLoad() {
     bool hasFile = false;
     BypassOpenFile(services_.commandLine, hasFile);
     do {
-        open.DatabookChosen = false;
+        open = {};
         if (hasFile) {
             open.OpenChoice = "C";
         } else {

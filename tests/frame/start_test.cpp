@@ -157,6 +157,21 @@ TEST_F(StartTest, TheParkedButtonsOfTheStartDialogCloseItWithoutADatabook) {
     }
 }
 
+TEST_F(StartTest, AnAnswerOfAnEarlierAttemptIsForgottenWithTheStartDialogThatFollows) {
+    const auto path = MakeDatabook("A.MDB", {{.key = "1 ELM ST"}});
+    desktop->ExpectForm("frmSplash1", [](Form& form) { PressOn(form, "cmdOpenType", 2); });
+    desktop->ExpectFile(path.string());
+    // Ask again, and then a file that cannot be made.
+    desktop->ExpectForm("frmOverwrite", [](Form& form) { PressOn(form, "cmdExit", 2); });
+    desktop->ExpectFile((folder / "none/B.MDB").string());
+    desktop->ExpectAny();
+    desktop->ExpectForm("frmSplash1");  // its close box
+    desktop->ExpectForm("frmMain");
+    Start();
+    EXPECT_FALSE(started);
+    EXPECT_TRUE(desktop->ended);
+}
+
 TEST_F(StartTest, TheStartDialogWritesItsTagOnClosing) {
     desktop->ExpectForm("frmSplash1",
                         [](Form& form) { ControlOf<controls::CheckBox>(form, "chkDontShow").SetValue(1); });
@@ -314,6 +329,24 @@ TEST_F(StartTest, AKrnThatHangsDoesNotKeepTheUserFromHisWork) {
     EXPECT_TRUE(desktop->messages.at(0).text.starts_with(
         "The appraisal software could not be asked for its report.\n\n"));
     EXPECT_FALSE(desktop->ended);
+}
+
+TEST_F(StartTest, ADateThatTheReportDoesNotGiveForAFaultIsToldToTheUserWhoAsks) {
+    OpenReport("URAR,1004MC", "5/4/2010");
+    StartWith(MakeDatabook("A.MDB", {{.key = "1 ELM ST"}}));
+    ASSERT_EQ(Text("txtBaseDate"), "05/04/2010");
+    link.faults["request OFFSCRN|11|2"] = fault::kLinkTimeOut;
+    desktop->ExpectAny();
+    Press("mnuRefreshItem", 1);
+    EXPECT_EQ(Text("txtBaseDate"), "6/30/2010");
+    EXPECT_TRUE(Enabled("cmdTransfer"));
+    EXPECT_TRUE(desktop->messages.at(0).text.starts_with(
+        "The appraisal software could not be asked for its report.\n\n"));
+    // A report that just has none is no fault.
+    link.faults.clear();
+    link.values.at("KRN|C:\\KRN\\SMITH.RPT").at("OFFSCRN|11|2").clear();
+    Press("mnuRefreshItem", 1);
+    EXPECT_EQ(desktop->messages.size(), 1U);
 }
 
 TEST_F(StartTest, WithFiveHundredRecordsTheRunIsMadeAtOnce) {

@@ -18,6 +18,16 @@ namespace zenvora::desktop {
 using controls::Control;
 using controls::Property;
 
+namespace {
+
+/// The file of this computer that is dragged, empty for anything else: a list of places may also be empty.
+QString FileIn(const QMimeData& dragged) {
+    const QList<QUrl> places = dragged.urls();
+    return places.isEmpty() ? QString() : places.constFirst().toLocalFile();
+}
+
+}  // namespace
+
 QString ObjectName(const Control& control) {
     const QString name = Shown(control.Name());
     return control.Index() == Control::kNoIndex ? name
@@ -236,14 +246,14 @@ bool Binder::WindowEvent(QEvent& event) {
             return false;
         case QEvent::DragEnter: {
             auto& drag = static_cast<QDragEnterEvent&>(event);
-            if (drag.mimeData()->hasUrls() && drag.mimeData()->urls().constFirst().isLocalFile())
-                drag.acceptProposedAction();
+            if (!FileIn(*drag.mimeData()).isEmpty()) drag.acceptProposedAction();
             return true;
         }
         case QEvent::Drop: {
             auto& drop = static_cast<QDropEvent&>(event);
+            const QString path = FileIn(*drop.mimeData());
+            if (path.isEmpty()) return true;
             drop.acceptProposedAction();
-            const QString path = drop.mimeData()->urls().constFirst().toLocalFile();
             // Later, so that the program it comes from need not wait for what is done with it.
             QMetaObject::invokeMethod(
                 context_, [this, path] { User([&] { form_.DropFile(Stored(path)); }); },

@@ -185,9 +185,10 @@ void QtDesktop::CloseWhenIdle(Form& form) {
 }
 
 void QtDesktop::EndSession(controls::Forms& program) {
-    if (depth_ == 0 && !repainting_) return User(program, [&] { program.UnloadAllForms(); });
+    if (depth_ == 0 && questions_ == 0 && !repainting_)
+        return User(program, [&] { program.UnloadAllForms(); });
     endingSession_ = &program;
-    // The rule that is running waits for an answer: it gets the quiet one, and ends.
+    // What is running waits for an answer: it gets the quiet one, and ends.
     if (auto* const question = qobject_cast<QDialog*>(QApplication::activeModalWidget())) question->reject();
 }
 

@@ -77,6 +77,8 @@ class QtDesktop final : public controls::Desktop {
     /// of it.
     void ShowWaiting();
     void EndProgress();
+    /// Shows a question and waits for its answer; not while the session ends, when it stays unanswered.
+    int Ask(QDialog& question);
 
     std::map<std::string, View> views_;
     std::vector<Entry> entries_;  ///< the forms on the screen, the latest last
@@ -90,7 +92,8 @@ class QtDesktop final : public controls::Desktop {
     bool hourglass_ = false;
     bool repainting_ = false;
     controls::Forms* endingSession_ = nullptr;
-    int depth_ = 0;  ///< rules that are running
+    int depth_ = 0;      ///< rules that are running
+    int questions_ = 0;  ///< messages and file dialogs that wait for an answer
     bool progressing_ = false;
     std::chrono::steady_clock::time_point progressBegan_;
     std::chrono::steady_clock::time_point lastRepaint_;

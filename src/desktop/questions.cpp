@@ -80,6 +80,17 @@ QStringList NameFilters(const std::string& filter) {
 
 }  // namespace
 
+int QtDesktop::Ask(QDialog& question) {
+    if (endingSession_ != nullptr) return QDialog::Rejected;
+    // The pointer of a long run would say that the question cannot be answered.
+    if (hourglass_) QApplication::changeOverrideCursor(Qt::ArrowCursor);
+    ++questions_;
+    const int answer = question.exec();
+    --questions_;
+    if (hourglass_) QApplication::changeOverrideCursor(Qt::WaitCursor);
+    return answer;
+}
+
 Answer QtDesktop::Show(const controls::MessageBox& message) {
     ShowWaiting();
     EndProgress();
@@ -94,10 +105,7 @@ Answer QtDesktop::Show(const controls::MessageBox& message) {
     for (const Choice& choice : choices)
         box.addButton(choice.button);
     box.setDefaultButton(choices.front().button);
-    // The pointer of a long run would say that the question cannot be answered.
-    if (hourglass_) QApplication::changeOverrideCursor(Qt::ArrowCursor);
-    const int pressed = box.exec();
-    if (hourglass_) QApplication::changeOverrideCursor(Qt::WaitCursor);
+    const int pressed = Ask(box);
     for (const Choice& choice : choices) {
         if (choice.button == pressed) return choice.answer;
     }
@@ -134,9 +142,7 @@ std::string QtDesktop::Choose(const controls::FileDialog& dialog) {
     box.setDefaultSuffix(Shown(dialog.defaultExtension));
     if (!dialog.fileName.empty()) box.selectFile(Shown(dialog.fileName));
     box.resize(box.sizeHint().expandedTo(QSize(820, 520)));
-    if (hourglass_) QApplication::changeOverrideCursor(Qt::ArrowCursor);
-    const bool chosen = box.exec() == QDialog::Accepted && !box.selectedFiles().isEmpty();
-    if (hourglass_) QApplication::changeOverrideCursor(Qt::WaitCursor);
+    const bool chosen = Ask(box) == QDialog::Accepted && !box.selectedFiles().isEmpty();
     return chosen ? Stored(box.selectedFiles().constFirst()) : std::string();
 }
 

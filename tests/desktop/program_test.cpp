@@ -2,7 +2,9 @@
 
 #include <QAbstractItemModel>
 #include <QAccessible>
+#include <QDragEnterEvent>
 #include <QHeaderView>
+#include <QMimeData>
 #include <QScrollBar>
 #include <chrono>
 #include <filesystem>
@@ -98,12 +100,51 @@ TEST_F(ProgramOnScreen, TheRoadOfOneFile) {
         << "and it is opened when nothing else is";
 }
 
+TEST_F(ProgramOnScreen, AFileThatIsDroppedOnTheWindowIsTakenAndAnythingElseIsNot) {
+    StartWithSample();
+    const std::filesystem::path large = MakeLarge(3);
+    // True when the window takes it.
+    const auto drop = [&](const QMimeData& dragged) {
+        QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QApplication::sendEvent(window, &enter);
+        QDropEvent fall(QPointF(9, 9), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window, &fall);
+        Settle();
+        return enter.isAccepted();
+    };
+    QMimeData empty;
+    empty.setData(QStringLiteral("text/uri-list"), "");
+    EXPECT_FALSE(drop(empty));
+    QMimeData page;
+    page.setUrls({QUrl(QStringLiteral("https://example.org/A.MDB"))});
+    EXPECT_FALSE(drop(page));
+    QMimeData text;
+    text.setText(QStringLiteral("1 ELM ST"));
+    EXPECT_FALSE(drop(text));
+    EXPECT_EQ(Find<QTableView>("tdbgData").model()->rowCount(), 384);
+    QMimeData file;
+    file.setUrls({QUrl::fromLocalFile(QString::fromStdString(large.string()))});
+    EXPECT_TRUE(drop(file));
+    EXPECT_EQ(Find<QTableView>("tdbgData").model()->rowCount(), 3);
+}
+
 TEST_F(ProgramOnScreen, ClosingTheStartDialogEndsTheProgramWithoutAWindow) {
     user.When("frmSplash1", [](QWidget& splash) { splash.close(); });
     EXPECT_FALSE(program->Start());
     screen->Run();
     EXPECT_EQ(program->ExitStatus(), 0);
     EXPECT_EQ(screen->WindowOf(program->Main()), nullptr);
+}
+
+TEST_F(ProgramOnScreen, TheEndOfTheSessionTakesTheQuestionsOfTheStartAwayToo) {
+    user.When("frmSplash1", [](QWidget& splash) { User::Press(splash, "cmdOK"); });
+    user.When("file", [&](QWidget&) { screen->EndSession(program->Session().forms); });
+    program->Start();
+    screen->Run();
+    EXPECT_FALSE(program->Main().Loaded());
+    EXPECT_TRUE(screen->Ended());
+    EXPECT_EQ(program->ExitStatus(), 0);
 }
 
 TEST_F(ProgramOnScreen, TheStatisticsWindowOpensBesideTheStartDialog) {

@@ -345,5 +345,22 @@ TEST_F(QtDesktopTest, TheEndOfTheSessionTakesAQuestionAwayAndClosesBehindTheRule
     EXPECT_FALSE(one.Loaded());
 }
 
+TEST_F(QtDesktopTest, WhileTheSessionEndsNoOtherQuestionComesUp) {
+    Answer answer = Answer::Retry;
+    one.cmdOK.OnClick([&] {
+        Soon([&] { screen.EndSession(forms); });
+        screen.Show({"Go on?", "title", controls::Icon::None, Buttons::YesNo});
+        answer = screen.Show({"Again?", "title", controls::Icon::None, Buttons::RetryCancel});
+        EXPECT_EQ(
+            screen.Choose(
+                {.title = "Open", .filter = "", .directory = "", .fileName = "", .defaultExtension = ""}),
+            "");
+    });
+    one.Show(Modality::Modeless);
+    Press(one);
+    EXPECT_EQ(answer, Answer::Cancel);
+    EXPECT_FALSE(one.Loaded());
+}
+
 }  // namespace
 }  // namespace zenvora::desktop

@@ -19,12 +19,13 @@ frmDataViewer::Cells& CellsOf(frmDataViewer& form, int row) {
 
 /// Room for the total of many prices, "1234567890", and for a scroll bar beside an entry.
 constexpr int kCharacters = 13;
+constexpr int kGroupMargin = 6;
 
 /// The three lists of a group side by side, with their figures below.
 QGroupBox* Group(frmDataViewer& form, controls::Frame& frame, int group, Binder& bind) {
     QGroupBox* const box = bind.Bind(frame);
     auto* const grid = new QGridLayout(box);
-    grid->setContentsMargins(6, 6, 6, 6);
+    grid->setContentsMargins(kGroupMargin, kGroupMargin, kGroupMargin, kGroupMargin);
     grid->setSpacing(4);
     for (int column = 0; column < 3; ++column) {
         const int index = 3 * group + column;
@@ -49,11 +50,11 @@ QGroupBox* Group(frmDataViewer& form, controls::Frame& frame, int group, Binder&
     return box;
 }
 
-/// The captions of the rows, in line with the groups beside them.
-QWidget* Captions(QWidget& like) {
+/// The captions of the rows, in line with the cells `like` of the groups beside them.
+QWidget* Captions(const QWidget& group, const QWidget& like) {
     auto* const captions = new QWidget;
     auto* const layout = new QGridLayout(captions);
-    layout->setContentsMargins(0, 6, 0, 6);
+    layout->setContentsMargins(0, 0, 0, kGroupMargin + group.contentsMargins().bottom());
     layout->setSpacing(4);
     layout->setRowStretch(0, 1);
     int row = 1;
@@ -86,7 +87,7 @@ QWidget* DataViewerView(frmDataViewer& form, Binder& bind, QWidget* /*parent*/) 
     QList<QWidget*> groups;
     for (int group = 0; group < 6; ++group)
         groups << Group(form, *frames[group], group, bind);
-    row->addWidget(Captions(*bind.WidgetOf(form.txtAverage[0])));
+    row->addWidget(Captions(*groups.constFirst(), *bind.WidgetOf(form.txtAverage[0])));
     for (QWidget* group : groups)
         row->addWidget(group, 1);
     window->setWidget(body);

@@ -136,6 +136,11 @@ class Look final : public QProxyStyle {
                     *painter, option->rect, palette.color(enabled ? QPalette::Base : QPalette::Window),
                     focused ? palette.color(QPalette::Highlight) : Edge(palette), focused ? 1.6 : 1);
             }
+            case PE_IndicatorCheckBox:
+            case PE_IndicatorRadioButton:
+                // The toolkit's edges are darker than the window: on a dark one there would be none.
+                QProxyStyle::drawPrimitive(element, option, painter, widget);
+                return DrawIndicatorEdge(*option, *painter, element == PE_IndicatorRadioButton);
             default:
                 break;
         }
@@ -165,6 +170,9 @@ class Look final : public QProxyStyle {
             const auto* const box = qstyleoption_cast<const QStyleOptionGroupBox*>(option);
             if (box != nullptr && !box->text.isEmpty()) rect.setTop(option->fontMetrics.height() + 5);
         }
+        // As far from the frame on every side, so that boxes with and without a caption line up.
+        if (control == CC_GroupBox && part == SC_GroupBoxContents)
+            return subControlRect(control, option, SC_GroupBoxFrame, widget).adjusted(3, 3, -3, -3);
         return rect;
     }
 
@@ -218,6 +226,18 @@ class Look final : public QProxyStyle {
         QRect bar = option.rect;
         bar.setTop(bar.bottom() - 2);
         painter.fillRect(bar, palette.color(QPalette::Highlight));
+    }
+
+    static void DrawIndicatorEdge(const QStyleOption& option, QPainter& painter, bool round) {
+        const bool enabled = (option.state & State_Enabled) != 0;
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(Edge(option.palette, enabled ? 0.6 : 0.25), 1));
+        painter.setBrush(Qt::NoBrush);
+        const QRectF edge = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+        const double radius = round ? edge.height() / 2 : 2;
+        painter.drawRoundedRect(edge, radius, radius);
+        painter.restore();
     }
 
     static bool IsAccent(const QStyleOptionButton& button, const QWidget* widget) {

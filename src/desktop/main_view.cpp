@@ -38,6 +38,8 @@ QGroupBox* DateGroup(frmMain& form, Binder& bind) {
     Binder::Name(*dates, form.Label1.Caption() + ", choose");
     layout->addWidget(dates);
     layout->addWidget(bind.Bind(form.imaBaseDateCal, 18));
+    // As high as the box beside it.
+    layout->addStrut(bind.WidgetOf(form.cmdAdd)->sizeHint().height());
     return box;
 }
 

@@ -28,9 +28,9 @@ QVBoxLayout* Column(Binder& bind, const char* heading, controls::ListControl& li
 
 QVBoxLayout* Stack(std::initializer_list<QWidget*> widgets) {
     auto* const stack = new QVBoxLayout;
+    stack->setSpacing(8);
     for (QWidget* widget : widgets)
         stack->addWidget(widget);
-    stack->addStretch();
     return stack;
 }
 

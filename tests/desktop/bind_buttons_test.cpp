@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "desktop/binder_fixture.h"
+#include "desktop/look.h"
 #include "desktop/pictures.h"
+#include "desktop/shades.h"
 
 namespace zenvora::desktop {
 namespace {
@@ -40,6 +42,29 @@ TEST_F(BinderTest, EnterOnAButtonPressesThatOneAndNotTheDefault) {
     cancel.setFocus();
     QTest::keyClick(&cancel, Qt::Key_Return);
     EXPECT_EQ(form.events, (Texts{"cancel"}));
+}
+
+TEST_F(BinderTest, TheMarkOfACheckBoxAndOfAnOptionIsSeenOnAnyGround) {
+    const QPalette before = QApplication::palette();
+    for (const QPalette& palette : {LightColors(), DarkColors()}) {
+        QApplication::setPalette(palette);
+        for (QAbstractButton* box : {static_cast<QAbstractButton*>(new QCheckBox),
+                                     static_cast<QAbstractButton*>(new QRadioButton)}) {
+            const std::unique_ptr<QAbstractButton> owned(box);
+            box->resize(box->sizeHint());
+            const QImage picture = box->grab().toImage();
+            const QColor ground = picture.pixelColor(picture.width() - 1, picture.height() - 1);
+            constexpr double kSeen = 3;
+            int seen = 0;
+            for (int x = 0; x < picture.width(); ++x) {
+                for (int y = 0; y < picture.height(); ++y)
+                    seen += Contrast(picture.pixelColor(x, y), ground) >= kSeen ? 1 : 0;
+            }
+            constexpr int kRoundIt = 20;
+            EXPECT_GE(seen, kRoundIt) << box->metaObject()->className() << (IsDark(palette) ? ", dark" : "");
+        }
+    }
+    QApplication::setPalette(before);
 }
 
 TEST_F(BinderTest, ACheckBoxIsToggledByTheUserAndSetByTheProgram) {

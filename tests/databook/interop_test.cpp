@@ -1,32 +1,17 @@
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <sys/wait.h>
 
 #include "databook_fixture.h"
 #include "platform/text/number.h"
+#include "support/run_command.h"
 
 /// What other programs read in a Databook that went through everything the store does to one.
 namespace zenvora::databook {
 namespace {
 
-struct CommandResult {
-    int status = -1;
-    std::string output;
-};
-
-CommandResult RunCommand(const std::string& command) {
-    CommandResult result;
-    FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) return result;
-    std::array<char, 65536> piece{};
-    for (std::size_t got = 0; (got = std::fread(piece.data(), 1, piece.size(), pipe)) > 0;)
-        result.output.append(piece.data(), got);
-    const int status = ::pclose(pipe);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
-}
+using testing_support::CommandResult;
+using testing_support::RunCommand;
 
 bool HasCommand(const std::string& name) {
     return RunCommand("command -v " + name).status == 0;

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdlib>
 #include <map>
-#include <sys/wait.h>
 
 #include "common/error_rule.h"
 #include "databook/field_conversions.h"
@@ -11,34 +10,20 @@
 #include "databook_fixture.h"
 #include "platform/files/whole_file.h"
 #include "support/old_databook.h"
+#include "support/run_command.h"
 
 namespace zenvora::databook {
 namespace {
 
 namespace fs = std::filesystem;
+using testing_support::CommandResult;
 using testing_support::MakeOldDatabook;
 using testing_support::OldRecord;
+using testing_support::RunCommand;
 
 constexpr const char* kBefore = "New Listing Fields will be added to your database for compatibility.";
 constexpr const char* kAfter = "The New Listing Fields were added successfully.";
 constexpr Date kDayZero = 2;
-
-struct CommandResult {
-    int status = -1;
-    std::string output;
-};
-
-CommandResult RunCommand(const std::string& command) {
-    CommandResult result;
-    FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) return result;
-    std::array<char, 65536> piece{};
-    for (std::size_t got = 0; (got = std::fread(piece.data(), 1, piece.size(), pipe)) > 0;)
-        result.output.append(piece.data(), got);
-    const int status = ::pclose(pipe);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
-}
 
 /// An old Databook, OLD.mdb, beside the new one of the fixture.
 class SchemaUpgrade : public DatabookTest {

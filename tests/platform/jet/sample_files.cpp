@@ -2,11 +2,9 @@
 
 #include <array>
 #include <charconv>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include "platform/text/utf8.h"
 
@@ -210,18 +208,6 @@ std::string Rendered(const ColumnDefinition& column, const nlohmann::json& value
     if (value.is_boolean()) return value.get<bool>() ? "true" : "false";
     if (value.is_number()) return NumberText(value.get<double>());
     return Levelled(column, value.get<std::string>());
-}
-
-CommandResult RunCommand(const std::string& command) {
-    CommandResult result;
-    FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) return result;
-    std::array<char, 65536> piece{};
-    for (std::size_t got = 0; (got = std::fread(piece.data(), 1, piece.size(), pipe)) > 0;)
-        result.output.append(piece.data(), got);
-    const int status = ::pclose(pipe);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
 }
 
 }  // namespace zenvora::jet::testing_support

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/jet/database.h"
+#include "support/run_command.h"
 
 /// The folder of real databases that ZENVORA_JET_SAMPLES names: NAME.mdb or NAME.mdb.gz, and beside each
 /// NAME.json with what another reader finds in it.
@@ -24,11 +25,7 @@ void CopySample(const std::string& name, const std::filesystem::path& to);
 [[nodiscard]] std::string Rendered(const ColumnDefinition& column, const Value& value);
 [[nodiscard]] std::string Rendered(const ColumnDefinition& column, const nlohmann::json& value);
 
-struct CommandResult {
-    int status = -1;
-    std::string output;
-};
-/// Runs a command of the shell; its output holds both streams.
-[[nodiscard]] CommandResult RunCommand(const std::string& command);
+using zenvora::testing_support::CommandResult;
+using zenvora::testing_support::RunCommand;
 
 }  // namespace zenvora::jet::testing_support

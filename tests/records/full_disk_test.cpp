@@ -1,5 +1,7 @@
 // The editor on a disk that is full for a while.
 
+#include "support/full_disk.h"
+
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
@@ -15,48 +17,6 @@
 
 namespace zenvora::records {
 namespace {
-
-/// The machine's disk, which takes nothing more while it is full.
-class SmallDisk final : public files::HostDisk {
-  public:
-    bool full = false;
-    int fullFor = 0;  ///< so many attempts to write fail before there is room
-
-    std::unique_ptr<files::HostFile> Open(const std::filesystem::path& path, files::OpenMode mode) override {
-        if (mode == files::OpenMode::CreateNew) Check();
-        return std::make_unique<File>(*this, files::SystemDisk().Open(path, mode));
-    }
-    bool Exists(const std::filesystem::path& path) override { return files::SystemDisk().Exists(path); }
-    void Remove(const std::filesystem::path& path) override { files::SystemDisk().Remove(path); }
-    void Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
-        files::SystemDisk().Rename(from, to);
-    }
-    void SyncFolder(const std::filesystem::path& folder) override { files::SystemDisk().SyncFolder(folder); }
-
-  private:
-    class File final : public files::HostFile {
-      public:
-        File(SmallDisk& disk, std::unique_ptr<files::HostFile> file) : disk_(disk), file_(std::move(file)) {}
-        void ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
-            file_->ReadAt(offset, bytes);
-        }
-        void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
-            disk_.Check();
-            file_->WriteAt(offset, bytes);
-        }
-        std::uint64_t Size() override { return file_->Size(); }
-        void Truncate(std::uint64_t size) override { file_->Truncate(size); }
-        void Sync() override { file_->Sync(); }
-
-      private:
-        SmallDisk& disk_;
-        std::unique_ptr<files::HostFile> file_;
-    };
-
-    void Check() {
-        if (full || fullFor-- > 0) throw Fault{fault::kDiskFull, "The disk is full."};
-    }
-};
 
 class FullDisk : public testing::Test {
   protected:
@@ -88,7 +48,7 @@ class FullDisk : public testing::Test {
     testing_support::RecordingShell machine;
     testing_support::ScriptedDesktop desktop;
     shell::FixedClock clock{40359};
-    SmallDisk disk;
+    testing_support::FullDisk disk;
     ado::DatabasePool databooks{disk};
     common::Session session{.desktop = desktop,
                             .clock = clock,

@@ -13,6 +13,7 @@ namespace zenvora::testing_support {
 class FullDisk final : public files::HostDisk {
   public:
     bool full = false;
+    int fullFor = 0;  ///< so many attempts fail before there is room again
 
     std::unique_ptr<files::HostFile> Open(const std::filesystem::path& path, files::OpenMode mode) override {
         return std::make_unique<File>(*this, files::SystemDisk().Open(path, mode));
@@ -27,13 +28,12 @@ class FullDisk final : public files::HostDisk {
   private:
     class File final : public files::HostFile {
       public:
-        File(const FullDisk& disk, std::unique_ptr<files::HostFile> file)
-            : disk_(disk), file_(std::move(file)) {}
+        File(FullDisk& disk, std::unique_ptr<files::HostFile> file) : disk_(disk), file_(std::move(file)) {}
         void ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
             file_->ReadAt(offset, bytes);
         }
         void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
-            if (disk_.full) throw Fault(fault::kDiskFull, "There is no space left. Make room on the disk.");
+            disk_.Check();
             file_->WriteAt(offset, bytes);
         }
         std::uint64_t Size() override { return file_->Size(); }
@@ -49,9 +49,14 @@ class FullDisk final : public files::HostDisk {
         }
 
       private:
-        const FullDisk& disk_;
+        FullDisk& disk_;
         std::unique_ptr<files::HostFile> file_;
     };
+
+    void Check() {
+        if (full || fullFor-- > 0)
+            throw Fault(fault::kDiskFull, "There is no space left. Make room on the disk.");
+    }
 };
 
 }  // namespace zenvora::testing_support

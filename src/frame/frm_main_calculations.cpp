@@ -2,11 +2,11 @@
 
 #include "analysis/calculation.h"
 #include "common/file_helpers.h"
+#include "common/hourglass.h"
 #include "common/primitives.h"
 #include "common/processes.h"
 #include "frame/fault_messages.h"
 #include "frame/frm_main.h"
-#include "frame/hourglass.h"
 #include "transfer/conversation.h"
 #include "transfer/frm_text.h"
 #include "transfer/launch_krn.h"
@@ -34,7 +34,7 @@ void frmMain::DoCalculations() {
         analysis::FillWithZeroes(results);
         return;
     }
-    const Hourglass hourglass(session_.desktop);
+    const common::Hourglass hourglass(session_.desktop);
     analysis::DoCalculations({.session = session_,
                               .adoDatabook = adoDatabook,
                               .txtBaseDate = txtBaseDate.Text(),
@@ -116,7 +116,7 @@ std::string frmMain::ActiveReportName() {
 // ---- the transfers ----
 
 void frmMain::TransferFields(std::span<const transfer::FieldRow> fields) {
-    const Hourglass hourglass(session_.desktop);
+    const common::Hourglass hourglass(session_.desktop);
     transfer::TransferOutcome outcome;
     try {
         transfer::TransferFields(TxtDde, session_, results, fields, outcome);

@@ -4,10 +4,10 @@
 #include "analysis/selection_toggle.h"
 #include "analysis/validity.h"
 #include "analysis/validity_estimate.h"
+#include "common/hourglass.h"
 #include "common/primitives.h"
 #include "databook/selection.h"
 #include "frame/frm_main.h"
-#include "frame/hourglass.h"
 #include "platform/text/number.h"
 
 namespace zenvora::frame {
@@ -39,7 +39,7 @@ bool frmMain::FindCurrentKey() {
 }
 
 void frmMain::ReopenRecordViews() {
-    const Hourglass hourglass(session_.desktop);
+    const common::Hourglass hourglass(session_.desktop);
     databook::AdoConnectSelect(adoDatabook, session_.settings.currentDirectory, session_.settings.currentFile,
                                session_.table, databook::kMainFieldList, databook::kKeyOrder);
     ConnectSql();
@@ -76,7 +76,7 @@ void frmMain::RefreshKeyButtons() {
 
 void frmMain::CheckAllRecords(std::string_view mode) {
     {
-        const Hourglass hourglass(session_.desktop);
+        const common::Hourglass hourglass(session_.desktop);
         analysis::CheckRecordValidity(session_, adoDatabook, EffectiveDate, mode, true);
     }
     ShowRecordCounts();

@@ -6,6 +6,7 @@
 #include "common/error_rule.h"
 #include "common/fault_text.h"
 #include "common/file_helpers.h"
+#include "common/hourglass.h"
 #include "common/placement.h"
 #include "common/primitives.h"
 #include "common/text_helpers.h"
@@ -15,7 +16,6 @@
 #include "frame/fault_messages.h"
 #include "frame/frm_main.h"
 #include "frame/frm_overwrite.h"
-#include "frame/hourglass.h"
 #include "frame/import_source.h"
 #include "import/frm_merge_dbs.h"
 #include "platform/text/number.h"
@@ -180,7 +180,7 @@ void frmMain::GoBackTo(const OpenBefore& before) {
 }
 
 void frmMain::FirstConnectSelect() {
-    const Hourglass hourglass(session_.desktop);
+    const common::Hourglass hourglass(session_.desktop);
     const common::Settings& settings = session_.settings;
     databook::AdoConnect(adoDatabook, settings.currentDirectory, settings.currentFile);
     try {
@@ -293,7 +293,7 @@ std::string frmMain::ImportSource(const std::string& source) {
     const SourceImport import{.source = source, .map = map, .target = target};
     const importing::LoadOutcome outcome = [&] {
         if (open.DetailedView) return ImportShown(session_, import);
-        const Hourglass hourglass(session_.desktop);
+        const common::Hourglass hourglass(session_.desktop);
         return ImportUnattended(session_, import);
     }();
     TellRefusedRows(session_, common::Shown(session_.drives.HostPath(source).filename()), outcome);

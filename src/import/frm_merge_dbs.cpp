@@ -5,6 +5,7 @@
 #include "common/error_rule.h"
 #include "common/fault_text.h"
 #include "common/file_helpers.h"
+#include "common/hourglass.h"
 #include "common/placement.h"
 #include "common/primitives.h"
 #include "common/text_helpers.h"
@@ -30,17 +31,6 @@ std::pair<std::string, std::string> FolderAndFile(const std::string& path) {
     const std::size_t cut = slash == std::string::npos ? 0 : slash + 1;
     return {path.substr(0, cut), path.substr(cut)};
 }
-
-class Hourglass {
-  public:
-    explicit Hourglass(controls::Desktop& desktop) : desktop_(desktop) { desktop_.SetHourglass(true); }
-    ~Hourglass() { desktop_.SetHourglass(false); }
-    Hourglass(const Hourglass&) = delete;
-    Hourglass& operator=(const Hourglass&) = delete;
-
-  private:
-    controls::Desktop& desktop_;
-};
 
 ado::PathMapper MapperOf(common::Session& session) {
     return [&session](std::string_view path) { return session.drives.HostPath(path); };
@@ -219,7 +209,7 @@ void frmMergeDBs::ConnectGrid(int index) {
 void frmMergeDBs::Connect(int index) {
     Book& book = At(index);
     book.taken.clear();
-    const Hourglass hourglass(session_.desktop);
+    const common::Hourglass hourglass(session_.desktop);
     try {
         ConnectGrid(index);
         book.records.Connectionstring = book.grid.Connectionstring;
@@ -248,7 +238,7 @@ void frmMergeDBs::ShowGrid(int index) {
 }
 
 void frmMergeDBs::RefreshGrids() {
-    const Hourglass hourglass(session_.desktop);
+    const common::Hourglass hourglass(session_.desktop);
     for (int i = 0; i < txtFilename.Count(); ++i) {
         if (!txtFilename[i].Text().empty() && FileIsThere(txtFilename[i].Text())) ConnectGrid(i);
     }
@@ -275,7 +265,7 @@ void frmMergeDBs::MergeAll() {
     }
     MergeCounts counts;
     lblResult.SetCaption("");
-    const Hourglass hourglass(session_.desktop);
+    const common::Hourglass hourglass(session_.desktop);
     destination.Refresh();
     for (int i = 0; i < kDestination; ++i) {
         const std::string& path = txtFilename[i].Text();

@@ -2,7 +2,7 @@
 
 #include "platform/controls/desktop.h"
 
-namespace zenvora::frame {
+namespace zenvora::common {
 
 /// The hourglass, for the length of a piece of work, whichever way it ends.
 class Hourglass {
@@ -16,4 +16,4 @@ class Hourglass {
     controls::Desktop& desktop_;
 };
 
-}  // namespace zenvora::frame
+}  // namespace zenvora::common

@@ -14,7 +14,7 @@ namespace zenvora::importing {
 [[nodiscard]] std::string JoinedName(const std::vector<std::string>& names);
 
 /// The columns that such a name puts together, at least two, in its order. Nothing when a column bears the
-/// whole name, or when a part of it is no column.
+/// whole name, when a part of it is no column, or when it has more than 64 parts.
 [[nodiscard]] std::optional<std::vector<int>> JoinedColumns(const SourceGrid& grid, std::string_view name);
 
 /// Makes the joined field a column of the grid, in front of its first part: its values are those of the

@@ -63,6 +63,20 @@ TEST(JoinedFields, MayHaveAPartWhoseOwnNameHoldsThePlus) {
     EXPECT_EQ(JoinedColumns(grid, "A + B + A"), (std::vector<int>{1, 3}));
     EXPECT_EQ(JoinedColumns(grid, "C + A + B"), (std::vector<int>{2, 1}));
     EXPECT_EQ(JoinedColumns(grid, "B + A"), (std::vector<int>{4, 3}));
+    EXPECT_EQ(JoinedColumns(GridOf({"Lot +;No", "1;2"}), "Lot + + No"), (std::vector<int>{1, 2}));
+}
+
+// A map file may hold anything: what could be read in very many ways, and what has no end.
+TEST(JoinedFields, AreFoundOrNotAtOnceHoweverTheNameCanBeRead) {
+    SourceGrid grid = GridOf({"A;A + A;B", "1;2;3"});
+    std::string name = "A";
+    for (int i = 1; i < 60; ++i)
+        name += " + A";
+    EXPECT_EQ(JoinedColumns(grid, name + " + nothing"), std::nullopt);
+    EXPECT_EQ(JoinedColumns(grid, name + " + B").value_or(std::vector<int>{}).size(), 31U);
+    for (int i = 0; i < 200000; ++i)
+        name += " + A";
+    EXPECT_EQ(JoinedColumns(grid, name), std::nullopt);
 }
 
 TEST(JoinedFields, OfAnXmlSourceMayStartInItsFirstColumn) {

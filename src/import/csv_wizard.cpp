@@ -30,7 +30,6 @@ std::string ShownValue(const jet::Value& value) {
 
 frmCSVWizard::frmCSVWizard(common::Session& session, LoadTarget& target, files::HostDisk& disk)
     : Form(session.forms, "frmCSVWizard", "CSV Load Wizard"),
-      session_(session),
       desktop_(session.desktop),
       clock_(session.clock),
       target_(target),
@@ -332,22 +331,31 @@ void frmCSVWizard::RememberMap() {
 }
 
 std::vector<PreviewRow> frmCSVWizard::Preview(int rows) {
-    std::vector<PreviewRow> shown;
     const std::vector<DestinationField> fields = fields_;
-    if (lbMappings.ListCount() > 0) LoadMasterFieldArrayMap();
-    InsertStatement statement(Plan());
-    target_.BeginTrial(ConnectionText());
     try {
-        for (int row = 1; row <= std::min(rows, DataGridView1.Rows() - 1); ++row)
-            shown.push_back(TryRow(statement, row));
+        if (lbMappings.ListCount() > 0) LoadMasterFieldArrayMap();
+        std::vector<PreviewRow> shown = TryRows(std::min(rows, DataGridView1.Rows() - 1));
+        fields_ = fields;
+        return shown;
     } catch (...) {
-        target_.EndTrial();
         fields_ = fields;
         throw;
     }
+}
+
+std::vector<PreviewRow> frmCSVWizard::TryRows(int last) {
+    std::vector<PreviewRow> tried;
+    InsertStatement statement(Plan());
+    target_.BeginTrial(ConnectionText());
+    try {
+        for (int row = 1; row <= last; ++row)
+            tried.push_back(TryRow(statement, row));
+    } catch (...) {
+        target_.EndTrial();
+        throw;
+    }
     target_.EndTrial();
-    fields_ = fields;
-    return shown;
+    return tried;
 }
 
 PreviewRow frmCSVWizard::TryRow(InsertStatement& statement, int row) {

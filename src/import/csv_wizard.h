@@ -194,10 +194,10 @@ class frmCSVWizard final : public controls::Form {
     [[nodiscard]] LoadPlan Plan() const;
     void BuildRow(InsertStatement& statement, int row, LoadLog* log) const;
     void LoadRow(InsertStatement& statement, int row, LoadLog* log);
+    [[nodiscard]] std::vector<PreviewRow> TryRows(int last);
     [[nodiscard]] PreviewRow TryRow(InsertStatement& statement, int row);
     [[nodiscard]] long LineOf(int row) const;
 
-    common::Session& session_;
     controls::Desktop& desktop_;
     const shell::Clock& clock_;
     LoadTarget& target_;

@@ -27,7 +27,12 @@ void AdoLoadTarget::Close() {
 
 void AdoLoadTarget::BeginTrial(std::string_view connectionString) {
     connection_.Open(connectionString);
-    connection_.Database().Begin();
+    try {
+        connection_.Database().Begin();
+    } catch (...) {
+        connection_.Close();
+        throw;
+    }
 }
 
 void AdoLoadTarget::EndTrial() noexcept {

@@ -292,6 +292,34 @@ TEST_F(WizardForm, ShowsTheRefusalOfEveryRowWithoutMappings) {
     EXPECT_EQ(wizard_.FieldName()[0].source, "");
 }
 
+TEST_F(WizardForm, LeavesTheMappingsAloneWhenNothingCanBeTried) {
+    Show();
+    MapByHand("Street", "Address");
+    MapByHand("City", "City");
+    fs::rename(folder_ / "L.mdb", folder_ / "away.mdb");
+    EXPECT_THROW(Press("btnPreview"), Fault);
+    EXPECT_EQ(wizard_.FieldName()[0].source, "");
+    fs::rename(folder_ / "away.mdb", folder_ / "L.mdb");
+    Press("btnPreview");
+    EXPECT_EQ(wizard_.gridPreview.Value(0, 1), "Oak St");
+}
+
+TEST_F(WizardForm, TriesAgainOnceTheDatabookIsFree) {
+    Show();
+    MapByHand("Street", "Address");
+    MapByHand("City", "City");
+    {
+        ado::Connection other(pool_, clock_);
+        other.Open(databook::OneShotConnectionString((folder_ / "L.mdb").string()));
+        other.Database().Begin();
+        EXPECT_THROW(Press("btnPreview"), Fault);
+        other.Database().Rollback();
+    }
+    Press("btnPreview");
+    EXPECT_EQ(wizard_.gridPreview.Value(0, 1), "Oak St");
+    EXPECT_TRUE(Stored().empty());
+}
+
 // ---- after a load ----
 
 TEST_F(WizardForm, SumsTheLoadUpWithItsReasons) {

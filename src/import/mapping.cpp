@@ -65,11 +65,16 @@ std::vector<std::string> ReadMapFile(files::HostDisk& disk, const std::filesyste
     return lines;
 }
 
-void WriteMapFile(files::HostDisk& disk, const std::filesystem::path& path,
-                  const std::vector<std::string>& mappings) {
+std::string MapText(const std::vector<std::string>& mappings) {
     std::string text;
     for (const std::string& mapping : mappings)
         text.append(mapping).append("\r\n");
+    return text;
+}
+
+void WriteMapFile(files::HostDisk& disk, const std::filesystem::path& path,
+                  const std::vector<std::string>& mappings) {
+    std::string text = MapText(mappings);
     if (disk.Exists(path)) text = EncodeLike(files::ReadWholeFile(path, disk), text);
     files::WriteWholeFile(path, text, files::Replaced::KeptAsBak, disk);
 }

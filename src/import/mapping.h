@@ -32,6 +32,9 @@ struct Mapping {
 /// CR LF or LF. Faults: as files::ReadWholeFile.
 [[nodiscard]] std::vector<std::string> ReadMapFile(files::HostDisk& disk, const std::filesystem::path& path);
 
+/// Mappings as a map file holds them, in UTF-8.
+[[nodiscard]] std::string MapText(const std::vector<std::string>& mappings);
+
 /// Writes a map file, line ends CR LF. A file that stands there gives the encoding (unless the new text would
 /// not read back the same in it) and is kept beside it as NAME.bak; a new file is UTF-8. Faults: those of the
 /// disk; the old file is then still there, under its name or as NAME.bak.

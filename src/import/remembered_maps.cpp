@@ -47,10 +47,7 @@ std::optional<std::vector<std::string>> RememberedMaps::Find(const std::string& 
 }
 
 void RememberedMaps::Remember(const std::string& layout, const std::vector<std::string>& mappings) const {
-    std::string text;
-    for (const std::string& mapping : mappings)
-        text.append(mapping).append("\r\n");
-    files::WriteWholeFile(FileOf(layout), text, files::Replaced::Gone, disk_);
+    files::WriteWholeFile(FileOf(layout), MapText(mappings), files::Replaced::Gone, disk_);
 }
 
 }  // namespace zenvora::importing

@@ -95,6 +95,18 @@ class frmEdit final : public controls::Form {
     void OnUnload() override;
 
   private:
+    /// Counts the rules that run, so that only the outermost one tells of a fault.
+    class Running {
+      public:
+        explicit Running(int& rules) : rules_(rules) { ++rules_; }
+        ~Running() { --rules_; }
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+
+      private:
+        int& rules_;
+    };
+
     void LayOut();
     void SetRules();
     void SetFieldRules(controls::TextBox& field, void (FieldAdvice::*changed)(), std::string_view helpFile);

@@ -78,7 +78,10 @@ frmPath::frmPath(common::Session& session)
     Add(cmdCancel);
 
     drvDrive.OnChange([this] { DriveChanged(); });
-    dirPath.OnDblClick([this] { SetPath(places_.at(static_cast<std::size_t>(dirPath.ListIndex()))); });
+    dirPath.OnDblClick([this] {
+        // No line need be chosen: the one that is can be let go of.
+        if (dirPath.ListIndex() >= 0) SetPath(places_.at(static_cast<std::size_t>(dirPath.ListIndex())));
+    });
     cmdOk.OnClick([this] { Hide(); });
     cmdCancel.OnClick([this] {
         txtFilename.SetText("");

@@ -4,6 +4,7 @@
 #include <functional>
 #include <span>
 
+#include "common/hourglass.h"
 #include "platform/fault.h"
 #include "platform/files/whole_file.h"
 
@@ -55,11 +56,9 @@ void SaveAs(common::Session& session, const char* title, const std::string& dire
     const std::string chosen = session.desktop.Choose(dialog);
     if (chosen.empty()) return;
     try {
-        session.desktop.SetHourglass(true);
+        const common::Hourglass hourglass(session.desktop);
         write(HostPath(chosen));
-        session.desktop.SetHourglass(false);
     } catch (const std::exception& failure) {
-        session.desktop.SetHourglass(false);
         session.desktop.Show({"The file " + chosen + " was not written.\n" + failure.what(), title,
                               controls::Icon::Exclamation, controls::Buttons::Ok});
     }

@@ -234,6 +234,14 @@ TEST_F(Configuration, AFolderWithoutADriveAndADriveThatIsNotThereAreTold) {
     EXPECT_TRUE(path.Loaded());
 }
 
+TEST_F(Configuration, EnterInTheFoldersWithNoneChosenGoesNowhere) {
+    frmPath path(session_);
+    path.StartFrom("C:\\ZVR\\DATA");
+    path.dirPath.SetListIndex(-1);
+    EXPECT_NO_THROW(path.dirPath.DblClick());
+    EXPECT_EQ(path.Path(), "C:\\ZVR\\DATA");
+}
+
 TEST_F(Configuration, AnotherDriveShowsItsRoot) {
     frmPath path(session_);
     path.StartFrom("c:\\nowhere");

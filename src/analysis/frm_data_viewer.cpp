@@ -9,9 +9,8 @@ namespace zenvora::analysis {
 namespace {
 
 // The layout in twips: captions of the rows at the left, then the frames side by side.
-constexpr float kFrameLeft = 1200;
 constexpr float kFrameWidth = 1640;
-constexpr float kFramePitch = 1700;
+constexpr float kLeftOfFrame4 = 1200 + 3 * 1700;
 constexpr float kHeight = 6200;
 
 /// From this list on nothing is carried into the results.
@@ -45,16 +44,9 @@ frmDataViewer::frmDataViewer(common::Session& session, Results1004MC& results)
         }
         Add(*cells);
     }
-    SetPlacement({.width = kFrameLeft + 6 * kFramePitch, .height = kHeight});
+    SetPlacement({.width = kLeftOfFrame4 + kFrameWidth + 3500, .height = kHeight});
     txtMedian.OnChange([this](int index) { MedianChanged(index); });
     txtTotal.OnChange([this](int index) { TotalChanged(index); });
-}
-
-void frmDataViewer::OnLoad() {
-    controls::Placement placement = Placement();
-    constexpr float kLeftOfFrame4 = kFrameLeft + 3 * kFramePitch;
-    placement.width = kLeftOfFrame4 + kFrameWidth + 3500;
-    SetPlacement(placement);
 }
 
 void frmDataViewer::FillListStatistics(const SortedList& list, int index) {

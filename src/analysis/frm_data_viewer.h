@@ -96,9 +96,6 @@ class frmDataViewer final : public controls::Form {
 
     [[nodiscard]] Results1004MC& Results() noexcept { return results_; }
 
-  protected:
-    void OnLoad() override;
-
   private:
     void MedianChanged(int index);
     void TotalChanged(int index);

@@ -47,6 +47,8 @@ TEST_F(CloseTest, UnloadStoresTheDatabookAndThePlacements) {
     EXPECT_EQ(Stored("FORMS", "FRMMAINHEIGHT"), "7005");
     EXPECT_EQ(Stored("FORMS", "FRMMAINTOP"), "0");
     EXPECT_NE(Stored("FORMS", "FRMDATAVIEWERLEFT"), "(none)");
+    // Never shown in this run, and stored as if it had been.
+    EXPECT_EQ(Stored("FORMS", "FRMDATAVIEWERWIDTH"), "11440");
     // The Databook is let go of.
     EXPECT_FALSE(Main().adoDatabook.HasRecordset());
     EXPECT_FALSE(fs::exists(folder / "HOUSES.LDB"));

@@ -121,14 +121,15 @@ class Copier {
         if (object.IsUserTable()) report_.tables.push_back({object.name, writer.Rows()});
     }
 
-    static TableWriter::Outcome Add(TableWriter& writer, const std::string& table,
-                                    const StoredFields& fields) {
+    TableWriter::Outcome Add(TableWriter& writer, const std::string& table, const StoredFields& fields) {
         try {
             return writer.Add(fields);
         } catch (Fault& fault) {
-            if (fault.number == fault::kUnsupported)
+            if (fault.number == fault::kUnsupported) {
                 fault.description =
                     "an index of table " + table + " cannot be built anew: " + fault.description;
+                fault.place.file = source_.Pages().Path().string();
+            }
             throw;
         }
     }

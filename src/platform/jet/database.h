@@ -109,6 +109,7 @@ class Table {
     [[nodiscard]] Value DefaultOf(std::size_t column) const;
 
     /// Adds a column behind the existing ones. Rows written before read as Null in it. Fault 3380: it exists.
+    /// Fault 20001: it cannot have that name.
     void AddColumn(const NewColumn& column);
     /// Stores the default of a column as an expression text (`0`, `"3"`, `#1/1/1900#`). Fault 3265: no such
     /// column.

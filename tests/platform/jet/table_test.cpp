@@ -292,6 +292,21 @@ TEST_F(TableTest, AnAddedColumnReadsAsNullInOldRowsAndHoldsValuesInNewOnes) {
     EXPECT_EQ(table_->Read(old), row);
 }
 
+TEST_F(TableTest, AnAddedColumnNeedsANameThatAccessTakes) {
+    const auto before = disk_.Content("d.mdb");
+    for (const std::string& name :
+         {std::string(), std::string("a.b"), std::string("[x]"), std::string("wow!"), std::string(" first"),
+          std::string("a\nb"), std::string(65, 'n')}) {
+        EXPECT_EQ(FaultOf([&] { table_->AddColumn(testing_support::TextColumn(name.c_str(), 10)); }),
+                  fault::kUnsupported)
+            << name;
+    }
+    EXPECT_EQ(disk_.Content("d.mdb"), before);
+    table_->AddColumn(testing_support::TextColumn(std::string(64, 'n').c_str(), 10));
+    Reopen();
+    EXPECT_TRUE(table_->Definition().FindColumn(std::string(64, 'n')));
+}
+
 TEST_F(TableTest, DefinitionsMayGrowOverSeveralPages) {
     const RowId old = table_->Insert(FullRow("12 Oak St"));
     for (int i = 0; i < 150; ++i) {

@@ -3,6 +3,7 @@
 
 #include "hex.h"
 #include "platform/fault.h"
+#include "platform/jet/compact.h"
 #include "sample_table.h"
 
 /// Indexes over what is rarely indexed: texts that the engine cannot weigh, and long texts.
@@ -90,6 +91,19 @@ TEST_F(UnknownKeyTest, IsNotMadeHere) {
         EXPECT_EQ(fault.number, fault::kUnsupported);
     }
     EXPECT_EQ(EntriesOf(*table_), 2);
+}
+
+TEST_F(UnknownKeyTest, KeepsTheFileFromBeingCompactedWhichIsNamed) {
+    database_.reset();
+    const auto before = disk_.Content("d.mdb");
+    try {
+        Compact("d.mdb", kNow, disk_);
+        FAIL();
+    } catch (const Fault& fault) {
+        EXPECT_EQ(fault.number, fault::kUnsupported);
+        EXPECT_EQ(fault.place.file, "d.mdb");
+    }
+    EXPECT_EQ(disk_.Content("d.mdb"), before);
 }
 
 TEST(LongTextKeys, FollowTheirRows) {

@@ -12,13 +12,6 @@ constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 32;
 constexpr std::size_t kMaxIndexColumns = 10;
 
-void CheckName(const std::string& name, const char* what) {
-    if (!CanBeName(name)) {
-        throw Fault{fault::kUnsupported, "\"" + name + "\" cannot be the name of a " + what +
-                                             ": use 1 to 64 characters without . ! ` [ ]"};
-    }
-}
-
 /// Map rows, two to a column or one to an index, on as many pages as they need.
 class MapRows {
   public:

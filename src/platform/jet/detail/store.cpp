@@ -4,6 +4,7 @@
 #include <set>
 
 #include "platform/jet/detail/row_codec.h"
+#include "platform/jet/detail/table_plan.h"
 #include "platform/text/utf8.h"
 
 namespace zenvora::jet::detail {
@@ -210,6 +211,7 @@ void Store::AddColumn(TableStore& table, const NewColumn& column) {
                     "table " + table.Definition().name + " has a column " + column.name + " already",
                     Place{pager_.Path().string(), 0, 0, -1, column.name}};
     }
+    CheckName(column.name, "column");
     Change([&] {
         table.AppendColumn(column);
         const RowId row = CatalogRow(table);

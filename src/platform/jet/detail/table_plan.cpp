@@ -87,6 +87,13 @@ bool CanBeName(std::string_view name) {
            });
 }
 
+void CheckName(const std::string& name, const char* what) {
+    if (!CanBeName(name)) {
+        throw Fault{fault::kUnsupported, "\"" + name + "\" cannot be the name of a " + what +
+                                             ": use 1 to 64 characters without . ! ` [ ]"};
+    }
+}
+
 void DropIndex(PlannedTable& plan, std::size_t index) {
     plan.indexes.erase(plan.indexes.begin() + static_cast<std::ptrdiff_t>(index));
     std::erase_if(plan.logicalIndexes, [&](const LogicalIndex& each) { return each.realIndex == index; });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <string>
 #include <string_view>
 
 #include "platform/jet/detail/definition_codec.h"
@@ -16,6 +17,8 @@ namespace zenvora::jet::detail {
 /// Whether Access takes it as the name of a table, a column or an index: 1 to 64 characters, no blank in
 /// front, no control character and none of . ! ` [ ]
 [[nodiscard]] bool CanBeName(std::string_view name);
+/// Fault 20001: it cannot be the name of `what`, a "table", "column" or "index".
+void CheckName(const std::string& name, const char* what);
 
 /// Takes a real index out of a plan, with its names.
 void DropIndex(PlannedTable& plan, std::size_t index);

@@ -7,6 +7,7 @@
 
 #include "platform/fault.h"
 #include "platform/text/number.h"
+#include "platform/text/utf8.h"
 
 namespace zenvora::files {
 namespace {
@@ -16,6 +17,14 @@ constexpr int kMostLeftovers = 1000;
 
 std::span<const std::byte> AsBytes(std::string_view text) {
     return std::as_bytes(std::span(text.data(), text.size()));
+}
+
+/// A fault of the file beside `path` as one of `path`, which is the only one that the user knows.
+[[noreturn]] void ThrowAsOf(const std::filesystem::path& path, const std::filesystem::path& beside,
+                            Fault fault) {
+    fault.description = text::ReplaceAll(fault.description, beside.string(), path.string());
+    if (fault.place.file == beside.string()) fault.place.file = path.string();
+    throw fault;
 }
 
 /// A new file beside `path` under a name that nobody uses.
@@ -29,7 +38,7 @@ std::filesystem::path CreateBeside(HostDisk& disk, const std::filesystem::path& 
             return beside;
         } catch (const Fault& fault) {
             // A crash may have left some behind.
-            if (fault.number != fault::kFileExists || n == kMostLeftovers) throw;
+            if (fault.number != fault::kFileExists || n == kMostLeftovers) ThrowAsOf(path, beside, fault);
         }
     }
 }
@@ -45,18 +54,24 @@ void CopyPermissions(const std::filesystem::path& from, const std::filesystem::p
 void Replace(HostDisk& disk, const std::filesystem::path& path, const std::function<void(HostFile&)>& fill) {
     std::unique_ptr<HostFile> file;
     const std::filesystem::path beside = CreateBeside(disk, path, file);
+    const auto discard = [&] {
+        file.reset();
+        try {
+            disk.Remove(beside);
+        } catch (const Fault&) {  // NOLINT(bugprone-empty-catch): the first fault is the one to tell
+        }
+    };
     try {
         fill(*file);
         file->Sync();
         file.reset();
         if (disk.Exists(path)) CopyPermissions(path, beside);
         disk.Rename(beside, path);
+    } catch (const Fault& fault) {
+        discard();
+        ThrowAsOf(path, beside, fault);
     } catch (...) {
-        file.reset();
-        try {
-            disk.Remove(beside);
-        } catch (const Fault&) {  // NOLINT(bugprone-empty-catch): the first fault is the one to tell
-        }
+        discard();
         throw;
     }
     disk.SyncFolder(path.parent_path());

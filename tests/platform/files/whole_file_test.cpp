@@ -113,6 +113,22 @@ TEST(WholeFile, FaultsAreTheDisks) {
     EXPECT_EQ(CountEntries(folder), 2);  // no new file left behind
 }
 
+TEST(WholeFile, FaultsNameTheFileThatIsWrittenAndNotTheNewOneBesideIt) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder / "directory");
+    for (const char* name : {"none/a", "directory"}) {
+        const std::string path = (folder / name).string();
+        try {
+            WriteWholeFile(path, "x");
+            ADD_FAILURE() << name << " was written";
+        } catch (const Fault& fault) {
+            EXPECT_EQ(fault.place.file, path);
+            EXPECT_NE(fault.description.find('"' + path + '"'), std::string::npos) << fault.description;
+            EXPECT_EQ(fault.description.find(".new"), std::string::npos) << fault.description;
+        }
+    }
+}
+
 TEST(WholeFile, PowerCutAnywhereLeavesTheOldFileOrTheNewOne) {
     bool written = false;
     for (long n = 1; !written; ++n) {

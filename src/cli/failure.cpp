@@ -19,9 +19,11 @@ bool IsFileFault(const Fault& fault) noexcept {
         case fault::kNotADatabook:
         case fault::kDamaged:
         case fault::kPassword:
-        case fault::kUnsupported:
         case fault::kSourceFormat:
             return true;
+        // Without a file it is the value or the statement that asks for more than the engine does.
+        case fault::kUnsupported:
+            return !fault.place.file.empty();
         default:
             return false;
     }

@@ -210,9 +210,12 @@ Exit RunProgram(const std::vector<std::string>& arguments, const Environment& en
         }
         const auto at = chosen();
         const std::string verb = at < commands.size() ? commands[at]->GetVerb().name : "";
-        PrintLine(
-            environment.io.err, verb,
-            std::string(error.what()) + " (see " + kName + (verb.empty() ? "" : " ") + verb + " --help)");
+        // CLI11 does not name an option that help does not show. There is one: the date, where it has no
+        // meaning.
+        std::string what = error.what();
+        if (what.starts_with(": ")) what.insert(0, "--date");
+        PrintLine(environment.io.err, verb,
+                  what + " (see " + kName + (verb.empty() ? "" : " ") + verb + " --help)");
         return Exit::BadCommandLine;
     }
     return RunCommand(*commands[chosen()], options, environment);

@@ -6,7 +6,9 @@ namespace {
 
 using CommandLine = CliTest;
 
-const std::vector<std::string> kCommands = {"new", "import", "check", "calc", "records", "select", "sql"};
+const std::vector<std::string> kCommands = {"new",     "import",  "check",    "calc",     "records", "print",
+                                            "select",  "sql",     "addendum", "transfer", "upgrade", "merge",
+                                            "compact", "convert", "repair",   "verify"};
 
 TEST_F(CommandLine, HelpListsEveryCommand) {
     const auto out = MustRun({"--help"});
@@ -87,6 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
         WrongLine{"DateIsNone", {"calc", "a.mdb", "--date", "June"}, "\"June\" is no date"},
         WrongLine{"DateIsNoDay", {"calc", "a.mdb", "--date=2/30/2010"}, "\"2/30/2010\" is no date"},
         WrongLine{"DateTooEarly", {"check", "a.mdb", "--date=12/31/1900"}, "before 1/1/1901"},
+        WrongLine{"DateWithoutAMeaning", {"records", "a.mdb", "--date=x"}, "records: --date: \"x\" is no"},
         WrongLine{"DateEmpty", {"calc", "a.mdb", "--date="}, "--date"},
         WrongLine{"TodayIsNone", {"calc", "a.mdb", "--today", "6/30"}, "\"6/30\" is no date"}),
     [](const auto& info) { return info.param.name; });

@@ -93,7 +93,9 @@ TEST_F(SqlCommand, GivesTheReasonOfARefusedStatement) {
          {"INSERT INTO COMPS (CENTRALKEY) VALUES ('12 oak st')",  // the key exists
           "INSERT INTO COMPS (CENTRALKEY) VALUES (Null)", "INSERT INTO COMPS (CENTRALKEY,) VALUES ('x',)",
           "INSERT INTO COMPS (CENTRALKEY, SALEDATE) VALUES ('x', \"20/09/0315\")", "SELECT NOSUCH FROM COMPS",
-          "SELECT * FROM NOSUCH", "DROP TABLE COMPS", ""}) {
+          "SELECT * FROM NOSUCH", "DROP TABLE COMPS", "",
+          // what an index cannot sort, and what no column can be called
+          "INSERT INTO COMPS (CENTRALKEY) VALUES ('\u041C')", "ALTER TABLE COMPS ADD [a.b] CHAR(4)"}) {
         const auto result = Run({"sql", book, statement});
         EXPECT_EQ(result.status, Exit::SomethingRefused) << statement << ": " << result.err;
         EXPECT_EQ(result.out, "") << statement;

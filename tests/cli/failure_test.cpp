@@ -17,5 +17,14 @@ TEST(FileFaults, AreThoseOfTheFileAndNotOfWhatWasAskedOfIt) {
     }
 }
 
+TEST(FileFaults, WhatTheEngineDoesNotDoIsOneOfTheFileWhenItNamesIt) {
+    Place place;
+    place.file = "B.mdb";
+    EXPECT_TRUE(IsFileFault({fault::kUnsupported, "encoded", place}));
+    place.file.clear();
+    place.column = "CENTRALKEY";
+    EXPECT_FALSE(IsFileFault({fault::kUnsupported, "a character that cannot be sorted", place}));
+}
+
 }  // namespace
 }  // namespace zenvora::cli

@@ -1,4 +1,3 @@
-#include "platform/files/host_file.h"
 #include "store_fixture.h"
 #include "support/full_disk.h"
 

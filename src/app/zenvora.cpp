@@ -28,9 +28,10 @@ using namespace zenvora;
 constexpr std::string_view kHelp =
     R"(Zenvora: the figures of Form 1004MC, the Market Conditions Addendum, from comparable sales and listings
 
-usage: zenvora [/V] [option...]
+usage: zenvora [/V] [/F PATH] [option...]
 
   /V                   show the statistics window too; must come first
+  /F PATH              go through the opening of that file without the start dialog, and end; no blanks in it
   --with-standin FILE  let krn-standin show the reports of FILE in the place of KRN
   --help               this text
   --version            the version

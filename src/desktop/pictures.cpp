@@ -48,6 +48,14 @@ class DrawingEngine final : public QIconEngine {
         place.moveCenter(QRectF(rect).center());
         painter->save();
         if (disabled) painter->setOpacity(painter->opacity() * 0.4);
+        // In a selected row on a ground of its own: the colours of a mark say nothing on that of the
+        // selection.
+        if (mode == QIcon::Selected) {
+            painter->setRenderHint(QPainter::Antialiasing);
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(QGuiApplication::palette().color(QPalette::Active, QPalette::Base));
+            painter->drawRoundedRect(place, 3, 3);
+        }
         drawn->render(painter, place);
         painter->restore();
     }

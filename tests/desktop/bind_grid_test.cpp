@@ -4,9 +4,31 @@
 
 #include "desktop/binder_fixture.h"
 #include "desktop/pictures.h"
+#include "desktop/shades.h"
 
 namespace zenvora::desktop {
 namespace {
+
+TEST_F(BinderTest, TheMarkOfASelectedRowIsSeenAsWellAsTheOthers) {
+    form.rows.count = 2;
+    Show();
+    form.tdbgRows.MoveTo(0, 1);
+    Settle();
+    auto& view = Find<QTableView>("tdbgRows");
+    ASSERT_TRUE(view.selectionModel()->isSelected(view.model()->index(0, 0)));
+    for (const int row : {0, 1}) {
+        const QImage cell = view.viewport()->grab(view.visualRect(view.model()->index(row, 0))).toImage();
+        const QPoint middle = cell.rect().center();
+        const QColor ground = cell.pixelColor(middle + QPoint(0, -6));
+        double most = 1;
+        for (int x = -6; x <= 6; ++x) {
+            for (int y = -5; y <= 6; ++y)
+                most = std::max(most, Contrast(cell.pixelColor(middle + QPoint(x, y)), ground));
+        }
+        constexpr double kSeen = 3;
+        EXPECT_GE(most, kSeen) << "row " << row;
+    }
+}
 
 TEST_F(BinderTest, AGridReadsTheRowsOnTheScreenAndNoOthers) {
     form.rows.count = 100000;

@@ -2,7 +2,7 @@
 #include <string_view>
 
 #include "cli/command.h"
-#include "cli/open_databook.h"
+#include "cli/judged_databook.h"
 #include "cli/table.h"
 #include "cli/values.h"
 #include "platform/text/number.h"
@@ -35,18 +35,10 @@ class AddendumCommand final : public Command {
         : Command({"addendum", "Show the audit text for a text addendum of the report",
                    "LISTINGS.mdb --date 06/30/2010", true}) {}
 
-    void Declare(CLI::App& arguments) override {
-        arguments
-            .add_option("DATABOOK", databook_,
-                        "The Databook; the check before the text is made writes its verdicts into it")
-            ->required();
-        arguments.add_flag("--no-check", noCheck_,
-                           "Trust the verdicts of the last check; nothing is written");
-    }
+    void Declare(CLI::App& arguments) override { databook_.Declare(arguments, "the text is made"); }
 
     Exit Run(Call& call) override {
-        const auto opened =
-            OpenJudgedDatabook(call.session, databook_, call.effectiveDate, noCheck_, "the text is made");
+        const auto opened = databook_.Open(call, "the text is made");
         const transfer::AuditText audit = transfer::BuildAuditText(*opened, call.effectiveDate);
         auto& out = call.io.out;
         switch (call.format) {
@@ -68,8 +60,7 @@ class AddendumCommand final : public Command {
     }
 
   private:
-    std::string databook_;
-    bool noCheck_ = false;
+    JudgedDatabook databook_;
 };
 
 }  // namespace

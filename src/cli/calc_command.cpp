@@ -1,9 +1,7 @@
-#include "analysis/calculation.h"
 #include "cli/command.h"
 #include "cli/figures_output.h"
-#include "cli/open_databook.h"
+#include "cli/judged_databook.h"
 #include "cli/table.h"
-#include "platform/text/number.h"
 
 namespace zenvora::cli {
 
@@ -16,30 +14,19 @@ class CalcCommand final : public Command {
                    "LISTINGS.mdb --date 06/30/2010 --format json", true}) {}
 
     void Declare(CLI::App& arguments) override {
-        arguments
-            .add_option("DATABOOK", databook_,
-                        "The Databook; the check before the calculation writes its verdicts into it")
-            ->required();
-        arguments.add_flag("--no-check", noCheck_,
-                           "Trust the verdicts of the last check; nothing is written");
+        databook_.Declare(arguments, "the calculation");
         arguments.add_flag("--lists", withLists_, "Add the eighteen lists with their five statistics");
     }
 
     Exit Run(Call& call) override {
-        const auto opened = OpenJudgedDatabook(call.session, databook_, call.effectiveDate, noCheck_,
-                                               "the figures are worked out");
+        const auto opened = databook_.Open(call, "the figures are worked out");
         auto& control = *opened;
 
         analysis::Results1004MC results;
         analysis::frmDataViewer viewer(call.session, results);
-        const std::string dateText = text::DateText(call.effectiveDate);
-        analysis::DoCalculations({.session = call.session,
-                                  .adoDatabook = control,
-                                  .txtBaseDate = dateText,
-                                  .effectiveDate = call.effectiveDate},
-                                 viewer);
+        WorkOutFigures(call, control, viewer);
         const long count = control.Recordset().RecordCount();
-        const auto valid = noCheck_ ? std::nullopt : std::optional<long>(call.session.validRecords);
+        const auto valid = databook_.noCheck ? std::nullopt : std::optional<long>(call.session.validRecords);
         auto& out = call.io.out;
         switch (call.format) {
             case OutputFormat::Text:
@@ -65,8 +52,7 @@ class CalcCommand final : public Command {
     }
 
   private:
-    std::string databook_;
-    bool noCheck_ = false;
+    JudgedDatabook databook_;
     bool withLists_ = false;
 };
 

@@ -1,6 +1,5 @@
 #include "cli/open_databook.h"
 
-#include "analysis/validity.h"
 #include "cli/failure.h"
 #include "databook/selection.h"
 
@@ -24,21 +23,6 @@ std::unique_ptr<ado::Adodc> OpenDatabook(common::Session& session, const std::st
         throw;
     }
     return control;
-}
-
-std::unique_ptr<ado::Adodc> OpenJudgedDatabook(common::Session& session, const std::string& path,
-                                               common::Date effectiveDate, bool noCheck,
-                                               std::string_view whatWorksWithoutCheck) {
-    try {
-        auto opened = OpenDatabook(session, path, noCheck ? Access::Read : Access::Write);
-        if (!noCheck) analysis::CheckRecordValidity(session, *opened, effectiveDate, "M", true);
-        return opened;
-    } catch (const Fault& fault) {
-        if (fault.number != fault::kInUse && fault.number != fault::kReadOnly) throw;
-        throw Failure{Exit::FileTrouble, FaultLine(fault, path) + " With --no-check " +
-                                             std::string(whatWorksWithoutCheck) +
-                                             " from the verdicts that it holds, and nothing is written."};
-    }
 }
 
 std::unique_ptr<ado::Adodc> ControlOf(common::Session& session, const std::string& path, Access access) {

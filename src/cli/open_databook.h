@@ -3,9 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <string_view>
 
-#include "common/dates.h"
 #include "common/session.h"
 #include "platform/ado/adodc.h"
 
@@ -18,14 +16,6 @@ enum class Access { Read, Write };
 /// FileTrouble; the rest are the faults of the store.
 [[nodiscard]] std::unique_ptr<ado::Adodc> OpenDatabook(common::Session& session, const std::string& path,
                                                        Access access);
-
-/// The same, judged as of the effective date by a run of the validity rules; with `noCheck` as the last run
-/// left it, and open for reading. Where the verdicts cannot be written, the Failure says what `--no-check`
-/// would do: "the figures are worked out".
-[[nodiscard]] std::unique_ptr<ado::Adodc> OpenJudgedDatabook(common::Session& session,
-                                                             const std::string& path,
-                                                             common::Date effectiveDate, bool noCheck,
-                                                             std::string_view whatWorksWithoutCheck);
 
 /// A data control for any statement on the file.
 [[nodiscard]] std::unique_ptr<ado::Adodc> ControlOf(common::Session& session, const std::string& path,

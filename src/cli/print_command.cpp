@@ -1,5 +1,6 @@
 #include "cli/command.h"
 #include "cli/failure.h"
+#include "cli/judged_databook.h"
 #include "cli/open_databook.h"
 #include "cli/table.h"
 #include "cli/values.h"
@@ -23,10 +24,7 @@ class PrintCommand final : public Command {
                    "LISTINGS.mdb --date 06/30/2010 --pdf AUDIT.pdf", true}) {}
 
     void Declare(CLI::App& arguments) override {
-        arguments
-            .add_option("DATABOOK", databook_,
-                        "The Databook; the check before the report writes its verdicts into it")
-            ->required();
+        databook_.Declare(arguments, "the report");
         arguments
             .add_option("--pdf", pdf_, "The PDF file to write; an older one is kept beside it as FILE.bak")
             ->type_name("FILE")
@@ -34,8 +32,6 @@ class PrintCommand final : public Command {
         arguments.add_flag(
             "--fit", fit_,
             "Set a text that is too long for its column smaller, instead of running over the next");
-        arguments.add_flag("--no-check", noCheck_,
-                           "Trust the verdicts of the last check; nothing is written into the Databook");
     }
 
     Exit Run(Call& call) override {
@@ -46,13 +42,12 @@ class PrintCommand final : public Command {
                     ": not written, for this build of zenvora-cli has no printing. Use one that was "
                     "built with Qt (-DZENVORA_DESKTOP=ON)."};
         }
-        const auto opened =
-            OpenJudgedDatabook(call.session, databook_, call.effectiveDate, noCheck_, "the report is made");
+        const auto opened = databook_.Open(call, "the report is made");
         const printing::AuditReport report{
             .session = call.session,
             .adoDatabook = *opened,
             .effectiveDate = call.effectiveDate,
-            .databookName = text::Upper(Shown(HostPath(databook_).filename())),
+            .databookName = text::Upper(Shown(HostPath(databook_.path).filename())),
             .longText = fit_ ? printing::LongText::Shrinks : printing::LongText::RunsOn,
         };
         const auto counts = printing::WriteAuditPdf(report, call.makePdf, HostPath(pdf_));
@@ -88,10 +83,9 @@ class PrintCommand final : public Command {
         }
     }
 
-    std::string databook_;
+    JudgedDatabook databook_;
     std::string pdf_;
     bool fit_ = false;
-    bool noCheck_ = false;
 };
 
 }  // namespace

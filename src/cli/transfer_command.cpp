@@ -1,10 +1,8 @@
-#include "analysis/calculation.h"
 #include "cli/command.h"
 #include "cli/failure.h"
-#include "cli/open_databook.h"
+#include "cli/judged_databook.h"
 #include "cli/table.h"
 #include "cli/values.h"
-#include "platform/text/date.h"
 #include "transfer/field_transfer.h"
 
 namespace zenvora::cli {
@@ -72,10 +70,7 @@ class TransferCommand final : public Command {
                    "LISTINGS.mdb --date 06/30/2010 --dry-run --report Smith", true}) {}
 
     void Declare(CLI::App& arguments) override {
-        arguments
-            .add_option("DATABOOK", databook_,
-                        "The Databook; the check before the calculation writes its verdicts into it")
-            ->required();
+        databook_.Declare(arguments, "the calculation");
         arguments.add_flag("--condo", condo_,
                            "Send the section on condominium and cooperative projects instead");
         auto* dryRun = arguments.add_flag("--dry-run", dryRun_, "Send nothing; list what would be sent");
@@ -83,8 +78,6 @@ class TransferCommand final : public Command {
                            ->type_name("NAME");
         dryRun->needs(report);
         report->needs(dryRun);
-        arguments.add_flag("--no-check", noCheck_,
-                           "Trust the verdicts of the last check; nothing is written into the Databook");
     }
 
     Exit Run(Call& call) override {
@@ -121,16 +114,10 @@ class TransferCommand final : public Command {
     }
 
     transfer::TransferOutcome Send(Call& call, link::Endpoint& TxtDde) const {
-        const auto opened = OpenJudgedDatabook(call.session, databook_, call.effectiveDate, noCheck_,
-                                               "the figures are worked out");
+        const auto opened = databook_.Open(call, "the figures are worked out");
         analysis::Results1004MC results;
         analysis::frmDataViewer viewer(call.session, results);
-        const std::string dateText = text::DateText(call.effectiveDate);
-        analysis::DoCalculations({.session = call.session,
-                                  .adoDatabook = *opened,
-                                  .txtBaseDate = dateText,
-                                  .effectiveDate = call.effectiveDate},
-                                 viewer);
+        WorkOutFigures(call, *opened, viewer);
         transfer::TransferOutcome outcome;
         transfer::TransferFields(TxtDde, call.session, results,
                                  condo_ ? transfer::CondoFields() : transfer::MarketFields(), outcome);
@@ -183,11 +170,10 @@ class TransferCommand final : public Command {
         throw Failure{Exit::SomethingRefused, status + " Enter what is missing by hand."};
     }
 
-    std::string databook_;
+    JudgedDatabook databook_;
     std::string report_;
     bool condo_ = false;
     bool dryRun_ = false;
-    bool noCheck_ = false;
 };
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,8 +18,11 @@ namespace fs = std::filesystem;
 
 /// A small file as a whole; empty when it cannot be read. The size of what lies in /proc is not known before.
 std::string Content(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    // A process that ends between opening and reading fails the reading: an iterator would throw then.
+    content << file.rdbuf();
+    return content.str();
 }
 
 std::string ShortName(const fs::path& process) {

@@ -63,6 +63,21 @@ TEST_F(KrnProcessTest, NamesThatOnlyResembleItAreNotIt) {
     EXPECT_FALSE(FindKrn(folder / "nowhere", Home()));
 }
 
+TEST_F(KrnProcessTest, AProcessThatEndsWhileItIsLookedAtIsPassedOver) {
+    // It can be opened, and no more be read: so can a folder.
+    std::filesystem::create_directories(Root() / "11/comm");
+    EXPECT_FALSE(FindKrn(Root(), Home()));
+    Add(12, "KRN.EXE", "");
+    std::filesystem::remove(Root() / "12/environ");
+    std::filesystem::create_directory(Root() / "12/environ");
+    const auto krn = FindKrn(Root(), Home());
+    ASSERT_TRUE(krn);
+    EXPECT_EQ(krn->prefix, Home() / ".wine");
+    std::filesystem::remove(Root() / "12/comm");
+    std::filesystem::create_directory(Root() / "12/comm");
+    EXPECT_FALSE(IsStillThere(*krn, Root()));
+}
+
 TEST_F(KrnProcessTest, AZombieIsNotIt) {
     Add(12, "KRN.EXE", "", 'Z');
     EXPECT_FALSE(FindKrn(Root(), Home()));

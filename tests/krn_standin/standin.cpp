@@ -32,8 +32,10 @@ void Reports::Read() {
     const auto written = std::filesystem::last_write_time(file_, fault);
     if (!fault && !lines_.empty() && written == written_) return;
     std::ifstream in(file_, std::ios::binary);
-    if (!in)
-        throw Fault(fault::kFileNotFound, "The file of the stand-in cannot be read.",
+    in.peek();  // a folder can be opened, and only reading it fails
+    if (!in.is_open() || in.bad())
+        throw Fault(fault::kFileNotFound,
+                    "The file of the stand-in cannot be read. Name a file such as samples/KRN.txt.",
                     {.file = file_.string()});
     const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     link::LineBuffer buffer;

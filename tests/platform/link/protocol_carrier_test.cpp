@@ -9,6 +9,7 @@
 
 #include "platform/fault.h"
 #include "platform/link/make_link.h"
+#include "standin.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::link {
@@ -257,6 +258,10 @@ TEST_F(StandinProgram, AFileThatCannotBeReadAnswersNobody) {
     EXPECT_EQ(FaultOf([&] { MakeLink(settings)->Open("KRN", "Query"); }), 282);
     settings.programFolder = folder.Path();
     EXPECT_EQ(FaultOf([&] { MakeLink(settings)->Open("KRN", "Query"); }), 282);
+}
+
+TEST_F(StandinProgram, AFolderIsNoFileOfReports) {
+    EXPECT_EQ(FaultOf([&] { const standin::Reports reports(folder.Path()); }), fault::kFileNotFound);
 }
 
 TEST_F(StandinProgram, ListensOnASocket) {

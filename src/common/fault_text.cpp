@@ -5,13 +5,26 @@
 #include "platform/text/number.h"
 
 namespace zenvora::common {
+namespace {
+
+/// True when the text names the place: "line 1" is not named by "line 12".
+bool Names(const std::string& text, const std::string& place) {
+    for (std::size_t at = text.find(place); at != std::string::npos; at = text.find(place, at + 1)) {
+        const std::size_t behind = at + place.size();
+        const bool goesOn = behind < text.size() && text[behind] >= '0' && text[behind] <= '9';
+        if (!goesOn) return true;
+    }
+    return false;
+}
+
+}  // namespace
 
 std::string FaultLine(const Fault& fault, const std::string& file) {
     const Place& place = fault.place;
     std::string where;
     // What the description names itself is not said twice.
     const auto add = [&](const std::string& part) {
-        if (part.empty() || fault.description.find(part) != std::string::npos) return;
+        if (part.empty() || Names(fault.description, part)) return;
         if (!where.empty()) where += ", ";
         where += part;
     };

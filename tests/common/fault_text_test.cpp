@@ -39,6 +39,11 @@ TEST(FaultLines, DoNotNameAPageTwiceAndEndInAPeriod) {
               "A.mdb: page 7: a row lies outside of its place. Work on a copy. (error 3049)");
 }
 
+TEST(FaultLines, NameAPageThatTheDescriptionOnlySeemsToName) {
+    EXPECT_EQ(FaultLine({fault::kDamaged, "It points to page 12.", PlaceOf("A.mdb", 0, 1)}, ""),
+              "A.mdb, page 1: It points to page 12. (error 3049)");
+}
+
 TEST(FaultLines, AreOneLine) {
     EXPECT_EQ(FaultLine({fault::kDeviceIo, "First.\r\nSecond.", PlaceOf("A.mdb")}, ""),
               "A.mdb: First.  Second. (error 57)");

@@ -89,7 +89,8 @@ TEST_F(BinderTest, AListIsSelectedBothWaysAndOpenedByEnter) {
         form.lstOne.AddItem(text);
     int selects = 0;
     Texts opened;
-    form.lstOne.OnSelect([&] { ++selects; });
+    const controls::Observation view = form.lstOne.Observe(
+        [&](controls::Property property) { selects += property == controls::Property::Selection; });
     form.lstOne.OnDblClick([&] { opened.push_back(form.lstOne.List(form.lstOne.ListIndex())); });
     Show();
     auto& list = Find<QListView>("lstOne");

@@ -18,7 +18,6 @@ class Forms {
     Forms(const Forms&) = delete;
     Forms& operator=(const Forms&) = delete;
 
-    [[nodiscard]] Desktop& Screen() const noexcept { return desktop_; }
     /// In the order of their loading.
     [[nodiscard]] const std::vector<Form*>& Loaded() const noexcept { return loaded_; }
 

@@ -60,7 +60,7 @@ void ListBox::SetListIndex(int index) {
         bool& selected = items_[static_cast<std::size_t>(place)].selected;
         changed |= std::exchange(selected, place == index) != (place == index);
     }
-    if (changed) SelectionChanged();
+    if (changed) TellViews(Property::Selection);
 }
 
 bool ListBox::Selected(int index) const {
@@ -72,12 +72,7 @@ void ListBox::SetSelected(int index, bool selected) {
     CheckPlace(index, ListCount());
     if (selected && !multiSelect_) return SetListIndex(index);
     if (std::exchange(items_[static_cast<std::size_t>(index)].selected, selected) != selected)
-        SelectionChanged();
-}
-
-void ListBox::SelectionChanged() {
-    TellViews(Property::Selection);
-    if (selectRule_) selectRule_();
+        TellViews(Property::Selection);
 }
 
 void ListBox::DblClick() {

@@ -41,8 +41,7 @@ class ListBox final : public ListControl {
     /// Place of the last selected entry, -1 when none is. A selection moves with its entry and is lost with
     /// it.
     [[nodiscard]] int ListIndex() const noexcept;
-    /// Selects an entry alone, -1 for none. A real change runs the select rule. Fault 9: there is no such
-    /// place.
+    /// Selects an entry alone, -1 for none. Fault 9: there is no such place.
     void SetListIndex(int index);
     /// Whether an entry is selected. Fault 9: there is no such place.
     [[nodiscard]] bool Selected(int index) const;
@@ -52,8 +51,6 @@ class ListBox final : public ListControl {
     [[nodiscard]] bool MultiSelect() const noexcept { return multiSelect_; }
     void SetMultiSelect(bool several) noexcept { multiSelect_ = several; }
 
-    /// What runs after a real change of the selection by SetListIndex or SetSelected.
-    void OnSelect(std::function<void()> rule) { selectRule_ = std::move(rule); }
     /// The user's double click, or Enter, on the selected entry.
     void DblClick();
     void OnDblClick(std::function<void()> rule) { dblClickRule_ = std::move(rule); }
@@ -65,11 +62,9 @@ class ListBox final : public ListControl {
         bool selected = false;
     };
     void CheckPlace(int index, int end) const;
-    void SelectionChanged();
 
     std::vector<Item> items_;
     bool multiSelect_ = false;
-    std::function<void()> selectRule_;
     std::function<void()> dblClickRule_;
 };
 

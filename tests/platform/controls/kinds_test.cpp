@@ -153,10 +153,11 @@ TEST(ListBox, SeveralEntriesAreSelectedWhereTheDialogAllowsIt) {
     EXPECT_EQ(list.ListIndex(), 0);
 }
 
-TEST(ListBox, ItsRuleRunsOnARealChangeOfTheSelection) {
+TEST(ListBox, TellsTheViewsOfARealChangeOfTheSelection) {
     ListBox list{"dirPath"};
     int runs = 0;
-    list.OnSelect([&] { ++runs; });
+    const Observation view =
+        list.Observe([&](Property property) { runs += property == Property::Selection; });
     list.AddItem("a");
     list.SetListIndex(0);
     list.SetListIndex(0);

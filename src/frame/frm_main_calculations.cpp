@@ -63,6 +63,8 @@ bool frmMain::ReadReport(bool& mayAskToLaunch) {
 }
 
 std::string frmMain::ReportedDate() {
+    // Who has just hung would keep the user waiting a second time.
+    if (linkFault_) return {};
     try {
         return transfer::KrnGetFieldInfo(TxtDde, session_, common::UpTrim(txtKrnReportName.Text()),
                                          kEffectiveDateField);

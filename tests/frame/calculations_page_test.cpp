@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "frame/program_fixture.h"
@@ -124,6 +125,16 @@ TEST_F(CalculationsPageTest, TheRefreshMenuLooksForTheReportAndTakesItsDate) {
     EXPECT_EQ(Main().cboBaseDate.ListCount(), 2);
     // As of 5/15 the sale of 6/1 is ahead: the run has seen it.
     EXPECT_EQ(Cell(1, 0), "cross");
+}
+
+TEST_F(CalculationsPageTest, AReportThatHangsIsAskedForItsDateOnce) {
+    OpenReport("URAR", "5/15/2010");
+    link.faults["request OFFSCRN|11|2"] = fault::kLinkTimeOut;
+    link.steps.clear();
+    desktop->ExpectAny();
+    Press("mnuRefreshItem", 1);
+    EXPECT_EQ(Text("txtBaseDate"), "6/30/2010") << "today";
+    EXPECT_EQ(std::count(link.steps.begin(), link.steps.end(), "request OFFSCRN|11|2"), 1);
 }
 
 TEST_F(CalculationsPageTest, TheFiguresAreSentAsShownAndTheNoticeSaysSo) {

@@ -32,7 +32,6 @@ class AuditWriter {
     AuditWriter(ado::Adodc& control, common::Date effectiveDate)
         : control_(control),
           effectiveDate_(effectiveDate),
-          columns_(control.Recordset()),
           selected_(analysis::SelectedColumn(control.Recordset())) {}
 
     /// False: both parts are full, and nothing follows.
@@ -40,7 +39,7 @@ class AuditWriter {
         std::string section = std::string("Listings:") + kLineEnd + kHead + kLineEnd;
         ado::Recordset& records = control_.Recordset();
         for (records.MoveFirst(); !records.Eof(); records.MoveNext()) {
-            if (!IsUsed() || Facts().saleDate != common::kDayZero) continue;
+            if (!IsUsed() || adogetfieldDate(control_, "SALEDATE") != common::kDayZero) continue;
             if (count_ == kPart1Full) {
                 text_.part1 = section;
                 section.clear();
@@ -63,7 +62,7 @@ class AuditWriter {
         if (++count_ == kPart1Full) ++count_;
         ado::Recordset& records = control_.Recordset();
         for (records.MoveFirst(); !records.Eof(); records.MoveNext()) {
-            if (!IsUsed() || !IsSoldWithinYear()) continue;
+            if (!IsUsed() || !analysis::IsSaleWithinYear(control_, effectiveDate_)) continue;
             if (count_ == kPart1Full) {
                 text_.part1 += section;
                 section.clear();
@@ -86,18 +85,9 @@ class AuditWriter {
             text::TrimView(analysis::SelectedText(control_.Recordset(), selected_, selectedBuffer_));
         return flag == "1" || flag == "3";
     }
-    [[nodiscard]] analysis::ComparableFacts Facts() {
-        return analysis::ReadFacts(control_.Recordset(), columns_, control_.Clock());
-    }
-    [[nodiscard]] bool IsSoldWithinYear() {
-        const auto facts = Facts();
-        const auto checks = analysis::CheckFields(facts, effectiveDate_, control_.Clock());
-        return checks.saleDate && !analysis::IsSaleOverAYearAgo(facts, checks, effectiveDate_);
-    }
 
     ado::Adodc& control_;
     common::Date effectiveDate_;
-    analysis::ComparableColumns columns_;
     int selected_;
     std::string selectedBuffer_;
     AuditText text_;
@@ -126,7 +116,8 @@ void AppendAuditLine(std::string& text, ado::Adodc& adoDatabook, common::Date ef
     };
     const std::string salePrice = price("SELLINGPR");
 
-    text = text::Trim(text);
+    // Only what is there to be trimmed: a section may have very many lines.
+    if (text::TrimView(text).size() < text.size()) text = text::Trim(text);
     for (const std::string& field :
          {adogetfield(adoDatabook, "ADDRESS"), adogetfield(adoDatabook, "CITY"),
           adogetfield(adoDatabook, "ST"), adogetfield(adoDatabook, "ZIP"),

@@ -17,7 +17,7 @@ class Carrier {
     virtual ~Carrier() = default;
 
     /// Begins a conversation; one that is open ends first. Faults: 282 (nobody answers to that service and
-    /// topic), 286 (time limit).
+    /// topic), 285 (the way there is broken), 286 (time limit).
     virtual void Open(const std::string& service, const std::string& topic) = 0;
 
     /// The value of an item. Faults: 285 (refused, or busy), 286 (time limit), 293 (no conversation is open,

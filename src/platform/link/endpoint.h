@@ -23,7 +23,7 @@ class Endpoint {
     [[nodiscard]] int LinkMode() const noexcept { return mode_; }
     /// 0 ends the conversation. 2 begins one about the topic, after the end of the one that is up; the mode
     /// stays 0 when that fails. Faults: 380 (another mode; a topic that is not "service|topic"; one that is
-    /// too long), 282, 286.
+    /// too long), 282, 285, 286.
     void SetLinkMode(int mode);
 
     /// "service|topic". Takes effect with the next SetLinkMode(2).

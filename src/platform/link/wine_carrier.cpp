@@ -24,7 +24,7 @@ class Helpers {
             settings_.helperFolder / (krn_->is32Bit ? "zenvora-dde32.exe" : "zenvora-dde.exe");
         std::error_code fault;
         if (!std::filesystem::is_regular_file(helper, fault))
-            throw Fault(fault::kNoAnswer,
+            throw Fault(fault::kLinkFailed,
                         "The appraisal program runs, but the helper that speaks to it is missing: install " +
                             helper.string() + ".",
                         {.file = helper.string()});

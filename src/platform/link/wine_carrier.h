@@ -20,7 +20,8 @@ struct WineSettings {
 };
 
 /// The exchange with KRN.EXE where that runs under Wine: zenvora-dde.exe is started beside it and speaks for
-/// this program. Nothing is started while KRN.EXE does not run: each conversation then is fault 282.
+/// this program. Nothing is started while KRN.EXE does not run: each conversation then is fault 282. One
+/// whose helper is missing is fault 285, which the user hears of.
 [[nodiscard]] std::unique_ptr<Carrier> MakeWineCarrier(WineSettings settings);
 
 }  // namespace zenvora::link

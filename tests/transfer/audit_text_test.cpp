@@ -8,13 +8,16 @@ namespace {
 class AuditTextTest : public AuditTest {
   protected:
     AuditText Build() { return BuildAuditText(adoDatabook, effective); }
+    AuditText BuildOf(int listings, int sales) {
+        AddListings(listings);
+        AddSales(sales);
+        Select();
+        return Build();
+    }
 };
 
 TEST_F(AuditTextTest, TenListingsAndFiveComparablesFillOnePart) {
-    AddListings(10);
-    AddSales(5);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(10, 5);
     EXPECT_EQ(text.part1, kHead + Listings(1, 10) + "Comparables:\r\n" + Sales(1, 5));
     EXPECT_EQ(text.part2, "");
 }
@@ -80,73 +83,49 @@ TEST_F(AuditTextTest, ASaleWithinTheYearIsAComparableAnOlderOneIsNowhere) {
 }
 
 TEST_F(AuditTextTest, SixtyNineListingsLeaveTheComparablesToThePartBehind) {
-    AddListings(69);
-    AddSales(2);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(69, 2);
     EXPECT_EQ(text.part1, kHead + Listings(1, 69));
     EXPECT_EQ(text.part2, "Comparables:\r\n" + Sales(1, 2));
 }
 
 TEST_F(AuditTextTest, ExactlySeventyListingsDropOutOfTheText) {
-    AddListings(70);
-    AddSales(2);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(70, 2);
     EXPECT_EQ(text.part1, "");
     EXPECT_EQ(text.part2, "Comparables:\r\n" + Sales(1, 2));
 }
 
 TEST_F(AuditTextTest, SeventyOneListingsGoOnInTheSecondPart) {
-    AddListings(71);
-    AddSales(2);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(71, 2);
     EXPECT_EQ(text.part1, kHead + Listings(1, 70));
     EXPECT_EQ(text.part2, Listing(71) + "Comparables:\r\n" + Sales(1, 2));
 }
 
 TEST_F(AuditTextTest, ManyComparablesGoOnInTheSecondPartWithoutAHead) {
-    AddListings(10);
-    AddSales(70);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(10, 70);
     // The count stands at 13 before the first of them, so that 59 fill the first part.
     EXPECT_EQ(text.part1, kHead + Listings(1, 10) + "Comparables:\r\n" + Sales(1, 59));
     EXPECT_EQ(text.part2, Sales(60, 70));
 }
 
 TEST_F(AuditTextTest, ComparablesEndWithTheSecondPart) {
-    AddListings(10);
-    AddSales(140);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(10, 140);
     EXPECT_EQ(text.part2, Sales(60, 131));
 }
 
 TEST_F(AuditTextTest, With141ListingsOnlyTheHeadOfTheComparablesFits) {
-    AddListings(141);
-    AddSales(3);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(141, 3);
     EXPECT_EQ(text.part1, kHead + Listings(1, 70));
     EXPECT_EQ(text.part2, Listings(71, 141) + "Comparables:\r\n");
 }
 
 TEST_F(AuditTextTest, With142ListingsTheLast72DropOut) {
-    AddListings(142);
-    AddSales(2);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(142, 2);
     EXPECT_EQ(text.part1, kHead + Listings(1, 70));
     EXPECT_EQ(text.part2, "Comparables:\r\n" + Sales(1, 2));
 }
 
 TEST_F(AuditTextTest, MoreThan142ListingsEndTheTextAtThe142ndLine) {
-    AddListings(145);
-    AddSales(2);
-    Select();
-    const AuditText text = Build();
+    const AuditText text = BuildOf(145, 2);
     EXPECT_EQ(text.part1, kHead + Listings(1, 70));
     EXPECT_EQ(text.part2, Listings(71, 142));
 }

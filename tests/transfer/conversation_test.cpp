@@ -6,22 +6,15 @@
 #include <utility>
 
 #include "platform/fault.h"
+#include "support/fault_of.h"
 #include "support/recording_carrier.h"
 #include "support/test_session.h"
 
 namespace zenvora::transfer {
 namespace {
 
+using testing_support::FaultOf;
 using Steps = std::vector<std::string>;
-
-int FaultOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const Fault& fault) {
-        return fault.number;
-    }
-    return 0;
-}
 
 class Conversation : public testing::Test {
   protected:

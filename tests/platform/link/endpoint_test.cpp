@@ -2,21 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "support/fault_of.h"
 #include "support/recording_carrier.h"
 
 namespace zenvora::link {
 namespace {
 
+using testing_support::FaultOf;
 using Steps = std::vector<std::string>;
-
-int FaultOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const Fault& fault) {
-        return fault.number;
-    }
-    return 0;
-}
 
 class EndpointTest : public testing::Test {
   protected:

@@ -10,21 +10,14 @@
 #include "platform/fault.h"
 #include "platform/link/make_link.h"
 #include "standin.h"
+#include "support/fault_of.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::link {
 namespace {
 
 using std::chrono::milliseconds;
-
-int FaultOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const Fault& fault) {
-        return fault.number;
-    }
-    return 0;
-}
+using testing_support::FaultOf;
 
 /// What the peer of a channel does when it is asked the n-th time.
 struct Peer {
@@ -158,11 +151,11 @@ TEST_F(ProtocolCarrierTest, AHelperThatWentBetweenConversationsIsReplaced) {
     carrier.Open("KRN", "Smith");
     peer.answer = [](const Query&) { return "(gone)"; };
     carrier.Close();
-    int asked = 0;
-    peer.answer = [&](const Query& query) { return ++asked, EncodeReply({query.number, 0, {}, {}}); };
+    peer.answer = Peer{}.answer;
+    peer.received.clear();
     carrier.Open("KRN", "Jones");
     EXPECT_EQ(peer.opened, 2);
-    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(peer.received, (std::vector<std::string>{"4\tOPEN\tKRN\tJones"}));
 }
 
 TEST_F(ProtocolCarrierTest, AHelperWhoseProgramEndedIsNotUsedAgain) {

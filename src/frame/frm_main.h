@@ -204,6 +204,8 @@ class frmMain final : public controls::Form, public records::MainForm {
     bool Guarded(const std::function<void()>& work);
     void GoBackTo(const OpenBefore& before);
     void FirstConnectSelect();
+    /// Records came that this run has not checked: few are checked at once, of many the user decides.
+    void CheckWhatCame();
     void ConnectSql();
     [[nodiscard]] std::string ShowOpenDialog();
     [[nodiscard]] std::string OpenMdbDialog(std::string_view title, const std::string& defaultPath);

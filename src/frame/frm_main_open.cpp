@@ -194,19 +194,23 @@ void frmMain::FirstConnectSelect() {
     ShowTitle("Zenvora");
     tdbgData.SetColumns(analysis::CompsGridColumns());
     RebindGrid();
+    CheckWhatCame();
+    recent_.Opened(text::ReplaceAll(CurrentPath(), "\\\\", "\\"));
+    ShowRecent();
+}
+
+void frmMain::CheckWhatCame() {
     const bool isLarge = adoDatabook.Recordset().RecordCount() > kMostRecordsCheckedAtOnce;
     tdgViewer.SetTabEnabled(kCalculationsPage, !isLarge);
     cmdChkValidity.SetVisible(isLarge);
     if (isLarge) {
-        // The counts of a Databook that was open before say nothing about this one.
+        // The counts of what was there before say nothing about these records.
         tdgViewer.SetTabCaption(kCompsPage, "Comps and Listings");
         MovedInRecords();
     } else {
         CheckAllRecords("M");
     }
     PendingValidityNotice = isLarge;
-    recent_.Opened(text::ReplaceAll(CurrentPath(), "\\\\", "\\"));
-    ShowRecent();
 }
 
 void frmMain::ConnectSql() {
@@ -394,11 +398,18 @@ void frmMain::MergeDatabooks() {
     importing::frmMergeDBs dialog(session_, adoDatabook, TemplatePath(session_));
     dialog.Show(controls::Modality::Modal);
     Program().UnloadFormByName("frmMergeDBs");
-    if (!dialog.HasMerged() || !adoDatabook.HasRecordset()) return;
-    // The Databook that is open may be the one that was merged into.
+    const auto isOpen = [this](const std::string& path) {
+        std::error_code ignored;
+        return std::filesystem::equivalent(session_.drives.HostPath(path),
+                                           session_.drives.HostPath(CurrentPath()), ignored);
+    };
+    if (!adoDatabook.HasRecordset() || std::ranges::none_of(dialog.MergedInto(), isOpen)) return;
+    // Records that come from elsewhere bring verdicts of another day, or none, and those would count.
+    tdgViewer.SetTab(kCompsPage);
     ReopenRecordViews();
     RefreshKeyButtons();
-    if (!cmdChkValidity.Visible()) ShowRecordCounts();
+    CheckWhatCame();
+    ShowPendingNotice();
 }
 
 // ---- Open Recent ----

@@ -105,7 +105,7 @@ void frmMergeDBs::OnLoad() {
     common::ResetFormPosition(*this);
     for (Book& book : books_)
         book.remembered.clear();
-    hasMerged_ = false;
+    mergedInto_.clear();
 }
 
 void frmMergeDBs::OnQueryUnload(bool& /*cancel*/) {
@@ -271,7 +271,7 @@ void frmMergeDBs::MergeAll() {
         const std::string& path = txtFilename[i].Text();
         if (path.empty() || !FileIsThere(path) || !adoSQL(i).HasRecordset()) continue;
         adoSQL(i).Refresh();
-        hasMerged_ = true;
+        mergedInto_.push_back(txtFilename[kDestination].Text());
         try {
             MergeRecords(session_, adoSQL(i).Recordset(), destination.Recordset(), Existing(), counts);
         } catch (Fault& fault) {

@@ -56,8 +56,8 @@ class frmMergeDBs final : public controls::Form {
     [[nodiscard]] ado::Adodc& adoDatabook(int index) { return books_[static_cast<std::size_t>(index)].grid; }
     [[nodiscard]] ado::Adodc& adoSQL(int index) { return books_[static_cast<std::size_t>(index)].records; }
 
-    /// True when the merge has changed a Databook since the form was loaded.
-    [[nodiscard]] bool HasMerged() const noexcept { return hasMerged_; }
+    /// The paths of the Databooks that were merged into since the form was loaded.
+    [[nodiscard]] const std::vector<std::string>& MergedInto() const noexcept { return mergedInto_; }
 
     /// The path of a Databook was typed; also done by itself when its box is left.
     void PathTyped(int index);
@@ -98,7 +98,7 @@ class frmMergeDBs final : public controls::Form {
     ado::Adodc& openDatabook_;
     std::filesystem::path newData_;
     std::array<Book, 3> books_;
-    bool hasMerged_ = false;
+    std::vector<std::string> mergedInto_;
 };
 
 }  // namespace zenvora::importing

@@ -44,6 +44,18 @@ class WizardAndMerge : public ProgramTest {
     fs::path Source(const char* rows) {
         return folder.Write("LISTINGS.CSV", std::string("House,Listed,Asked,Town\n") + rows);
     }
+    /// Merges a Databook into another one, by the menu of the main window.
+    void Merge(const fs::path& source, const fs::path& destination) {
+        desktop->ExpectForm("frmMergeDBs", [&](Form& form) {
+            desktop->ExpectFile(source.string());
+            PressOn(form, "cmdFileDialog", 0);
+            desktop->ExpectFile(destination.string());
+            PressOn(form, "cmdFileDialog", 2);
+            PressOn(form, "cmdCopy");
+            PressOn(form, "cmdOK");
+        });
+        Press("mnuFileItem", 3);
+    }
     static void MapAndLoad(importing::frmCSVWizard& wizard) {
         Map(wizard, "House", "Address");
         Map(wizard, "Listed", "Original Listing Date");
@@ -100,17 +112,44 @@ TEST_F(WizardAndMerge, TheMenuMergesIntoTheDatabookThatIsOpen) {
     const fs::path open = MakeDatabook("OPEN.MDB", {{.key = "1 ELM ST"}});
     const fs::path other = MakeDatabook("OTHER.MDB", {{.key = "2 O'HARA ST"}});
     StartWith(open);
-    desktop->ExpectForm("frmMergeDBs", [&](Form& form) {
-        desktop->ExpectFile(other.string());
-        PressOn(form, "cmdFileDialog", 0);
-        desktop->ExpectFile(open.string());
-        PressOn(form, "cmdFileDialog", 2);
-        PressOn(form, "cmdCopy");
-        PressOn(form, "cmdOK");
-    });
-    Press("mnuFileItem", 3);
+    Merge(other, open);
     EXPECT_EQ(Keys(), (Names{"1 ELM ST", "2 O'HARA ST"}));
-    EXPECT_EQ(Main().tdgViewer.TabCaption(0), "Comps and Listings:  1/2");
+    EXPECT_TRUE(desktop->Done());
+}
+
+TEST_F(WizardAndMerge, RecordsMergedIntoTheOpenDatabookAreCheckedBeforeTheyCount) {
+    const fs::path open = MakeDatabook("OPEN.MDB", {{.key = "1 ELM ST"}});
+    // Never checked: valid by its mark, and in truth without the list price that every record needs.
+    const fs::path other =
+        MakeDatabook("OTHER.MDB", {{.key = "2 OAK ST", .origListPrice = 0}, {.key = "3 PINE ST"}});
+    StartWith(open);
+    Press("txtCalculate");
+    Merge(other, open);
+    EXPECT_EQ(Main().tdgViewer.TabCaption(0), "Comps and Listings:  2/3");
+    EXPECT_EQ(Main().tdgViewer.Tab(), 0);
+}
+
+TEST_F(WizardAndMerge, MergedRecordsPastTheMostThatAreCheckedAtOnceWaitForTheUser) {
+    const fs::path open = MakeLargeDatabook("OPEN.MDB", 500);
+    const fs::path other = MakeDatabook("OTHER.MDB", {{.key = "2 OAK ST"}});
+    StartWith(open);
+    desktop->Expect("Please click the 'Check for Validity' button before doing your calculations.");
+    Merge(other, open);
+    EXPECT_TRUE(Main().cmdChkValidity.Visible());
+    EXPECT_FALSE(Main().tdgViewer.TabEnabled(1));
+    EXPECT_TRUE(desktop->Done());
+}
+
+TEST_F(WizardAndMerge, AMergeIntoAnotherDatabookLeavesTheOpenOneAsItIs) {
+    const fs::path open = MakeLargeDatabook("OPEN.MDB", 501);
+    const fs::path other = MakeDatabook("OTHER.MDB", {{.key = "2 OAK ST"}});
+    desktop->ExpectAny();
+    StartWith(open);
+    desktop->ExpectAny(controls::Answer::Yes);
+    Press("cmdChkValidity");
+    Merge(open, other);
+    EXPECT_FALSE(Main().cmdChkValidity.Visible());
+    EXPECT_TRUE(Main().tdgViewer.TabEnabled(1));
     EXPECT_TRUE(desktop->Done());
 }
 

@@ -180,7 +180,7 @@ TEST_F(MergeForm, MergesSourceOneAndThenSourceTwo) {
     EXPECT_EQ(Stored("C.MDB"), (Records{"1 O'HARA ST|A", "2 ST|B"}));
     EXPECT_EQ(form_.lblResult.Caption(), "2 records added, 1 overwritten, 0 skipped");
     EXPECT_EQ(form_.tdbgData[2].RowCount(), 2);
-    EXPECT_TRUE(form_.HasMerged());
+    EXPECT_EQ(form_.MergedInto(), (std::vector<std::string>{Text("C.MDB"), Text("C.MDB")}));
     form_.optOverwrite[1].Select();
     form_.cmdCopy.Click();
     EXPECT_EQ(form_.lblResult.Caption(), "0 records added, 0 overwritten, 3 skipped");
@@ -255,7 +255,7 @@ TEST_F(MergeForm, WantsADestinationThatIsThere) {
     Type(2, Text("NOWHERE.MDB"));
     folder_.desktop.ExpectAny();
     form_.cmdCopy.Click();
-    EXPECT_FALSE(form_.HasMerged());
+    EXPECT_TRUE(form_.MergedInto().empty());
 }
 
 TEST_F(MergeForm, WritesAPendingEditWhenItCloses) {

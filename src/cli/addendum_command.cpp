@@ -40,6 +40,10 @@ class AddendumCommand final : public Command {
     Exit Run(Call& call) override {
         const auto opened = databook_.Open(call, "the text is made");
         const transfer::AuditText audit = transfer::BuildAuditText(*opened, call.effectiveDate);
+        if (audit.leftOut > 0 && !call.quiet) {
+            call.io.err << databook_.path << ": " << transfer::LeftOutText(audit.leftOut)
+                        << " It takes 72 lines a part; the audit report of the command print has them all.\n";
+        }
         auto& out = call.io.out;
         switch (call.format) {
             case OutputFormat::Text:

@@ -134,7 +134,9 @@ void frmMain::TransferAuditTrail() {
     transfer::frmText dialog(session_, TxtDde.GetCarrier(), adoDatabook, EffectiveDate);
     dialog.Show(controls::Modality::Modal);
     Program().UnloadFormByName("frmText");
-    ShowTransferOutcome(dialog.Outcome());
+    // Who left without sending still sees what became of the last transfer.
+    if (dialog.Outcome().end != transfer::TransferOutcome::End::NotBegun)
+        ShowTransferOutcome(dialog.Outcome());
 }
 
 void frmMain::ShowTransferOutcome(const transfer::TransferOutcome& outcome) {

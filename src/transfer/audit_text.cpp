@@ -34,27 +34,35 @@ class AuditWriter {
           effectiveDate_(effectiveDate),
           selected_(analysis::SelectedColumn(control.Recordset())) {}
 
-    /// False: both parts are full, and nothing follows.
-    bool WriteListings() {
+    void WriteListings() {
         std::string section = std::string("Listings:") + kLineEnd + kHead + kLineEnd;
+        int inSection = 0;
         ado::Recordset& records = control_.Recordset();
         for (records.MoveFirst(); !records.Eof(); records.MoveNext()) {
             if (!IsUsed() || adogetfieldDate(control_, "SALEDATE") != common::kDayZero) continue;
             if (count_ == kPart1Full) {
                 text_.part1 = section;
                 section.clear();
+                inSection = 0;
             }
-            if (count_ == kPart2Full) {
+            if (!full_ && count_ == kPart2Full) {
                 text_.part2 = section;
-                return false;
+                full_ = true;
             }
+            if (LeaveOut()) continue;
             AppendAuditLine(section, control_, effectiveDate_);
             ++count_;
+            ++inSection;
         }
-        // At the two full counts themselves the section is dropped.
-        if (count_ < kPart1Full) text_.part1 = section;
-        if (count_ > kPart1Full && count_ < kPart2Full) text_.part2 = section;
-        return true;
+        if (full_) return;
+        if (count_ < kPart1Full) {
+            text_.part1 = section;
+        } else if (count_ > kPart1Full && count_ < kPart2Full) {
+            text_.part2 = section;
+        } else {
+            // At the two full counts themselves the section is dropped.
+            text_.leftOut += inSection;
+        }
     }
 
     void WriteComparables() {
@@ -67,19 +75,25 @@ class AuditWriter {
                 text_.part1 += section;
                 section.clear();
             }
-            if (count_ == kPart2Full) {
+            if (!full_ && count_ == kPart2Full) {
                 text_.part2 += section;
-                return;
+                full_ = true;
             }
+            if (LeaveOut()) continue;
             AppendAuditLine(section, control_, effectiveDate_);
             ++count_;
         }
-        (count_ > kPart1Full ? text_.part2 : text_.part1) += section;
+        if (!full_) (count_ > kPart1Full ? text_.part2 : text_.part1) += section;
     }
 
     [[nodiscard]] AuditText Take() { return std::move(text_); }
 
   private:
+    /// Both parts are full: the record is only counted.
+    bool LeaveOut() {
+        if (full_) ++text_.leftOut;
+        return full_;
+    }
     [[nodiscard]] bool IsUsed() {
         const auto flag =
             text::TrimView(analysis::SelectedText(control_.Recordset(), selected_, selectedBuffer_));
@@ -92,6 +106,7 @@ class AuditWriter {
     std::string selectedBuffer_;
     AuditText text_;
     int count_ = kFirstCount;
+    bool full_ = false;  ///< nothing follows any more
 };
 
 std::string DateIf(bool isThere, common::Date date) {
@@ -104,8 +119,14 @@ AuditText BuildAuditText(ado::Adodc& adoDatabook, common::Date effectiveDate) {
     if (adoDatabook.Recordset().RecordCount() < 1) return {};
     const analysis::KeptPosition kept(adoDatabook.Recordset());
     AuditWriter writer(adoDatabook, effectiveDate);
-    if (writer.WriteListings()) writer.WriteComparables();
+    writer.WriteListings();
+    writer.WriteComparables();
     return writer.Take();
+}
+
+std::string LeftOutText(int leftOut) {
+    return text::IntegerText(leftOut) + (leftOut == 1 ? " record is" : " records are") +
+           " left out of the audit text.";
 }
 
 void AppendAuditLine(std::string& text, ado::Adodc& adoDatabook, common::Date effectiveDate) {

@@ -12,6 +12,7 @@ namespace zenvora::transfer {
 struct AuditText {
     std::string part1{};
     std::string part2{};
+    int leftOut = 0;  ///< records that belong into the text and are in neither part
 };
 
 /// Lists the records that the analysis used, in the order of the Recordset: first the listings, then the
@@ -23,6 +24,9 @@ struct AuditText {
 ///
 /// The Recordset comes back to its current record. Faults: 91, 3265 (no column SELECTED), those of the store.
 [[nodiscard]] AuditText BuildAuditText(ado::Adodc& adoDatabook, common::Date effectiveDate);
+
+/// "72 records are left out of the audit text."
+[[nodiscard]] std::string LeftOutText(int leftOut);
 
 /// Adds the line of the current record to a text.
 void AppendAuditLine(std::string& text, ado::Adodc& adoDatabook, common::Date effectiveDate);

@@ -135,6 +135,7 @@ void frmText::Transfer() {
     outcome_.end = TransferOutcome::End::Sent;
     outcome_.report = txtReportname.Text();
     outcome_.form = optText[selected].Tag();
+    outcome_.leftOut = audit.leftOut;
     outcome_.values = audit.part2.empty() ? 3 : 4;
     // The first word of every caption is "Text", so that this goes to addendum A, whichever is chosen.
     Send(common::SplitFirst(optText[selected].Caption(), "L", " ") + std::string(kTitleField),

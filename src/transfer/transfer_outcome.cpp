@@ -1,6 +1,7 @@
 #include "transfer/transfer_outcome.h"
 
 #include "common/text_helpers.h"
+#include "transfer/audit_text.h"
 
 namespace zenvora::transfer {
 namespace {
@@ -55,6 +56,7 @@ std::string StatusText(const TransferOutcome& outcome) {
         text += " In " + IntToText(outcome.changed) +
                 " of them characters that the appraisal program lacks were sent as \"?\".";
     }
+    if (outcome.leftOut > 0) text += " " + LeftOutText(outcome.leftOut);
     return text;
 }
 

@@ -23,6 +23,7 @@ struct TransferOutcome {
     int arrived = 0;                     ///< accepted by KRN
     int changed = 0;                     ///< of those: with "?" for characters that KRN lacks
     int unknown = 0;                     ///< whether they arrived, or will yet
+    int leftOut = 0;                     ///< records that the audit text has no room for
     std::vector<std::string> refused{};  ///< items
 
     [[nodiscard]] int NotSent() const noexcept {

@@ -164,6 +164,24 @@ TEST_F(TransferCommandTest, AddendumShowsTheTextAsItWouldBeSent) {
     EXPECT_NE(text.find("1     4  Comparables:"), std::string::npos) << text;
 }
 
+TEST_F(TransferCommandTest, AddendumSaysHowManyRecordsItLeavesOut) {
+    // Exactly seventy listings drop out of the text.
+    std::string rows = "Street,Listed,Asked\n";
+    for (int i = 1; i <= 70; ++i)
+        rows += std::to_string(i) + " Oak St,6/1/2010,259900\n";
+    Write("SEVENTY.CSV", rows);
+    Write("SEVENTY.map",
+          "Street <-> Address\r\nListed <-> Original Listing Date\r\nAsked <-> Original Listing Price\r\n");
+    const std::string seventy = At("SEVENTY.mdb");
+    MustRun({"import", At("SEVENTY.CSV"), "--into", seventy});
+    const RunResult result = Run({"addendum", seventy, "--date=06/30/2010", "--format=json"});
+    EXPECT_EQ(result.status, Exit::Done);
+    EXPECT_EQ(result.out, "{\"part1\":\"\",\"part2\":\"Comparables:\\r\\n\"}\n");
+    EXPECT_TRUE(result.LastLine().starts_with(seventy + ": 70 records are left out of the audit text."))
+        << result.err;
+    EXPECT_EQ(Run({"addendum", seventy, "--date=06/30/2010", "--quiet"}).err, "");
+}
+
 TEST_F(TransferCommandTest, AddendumOfAnEmptyDatabookIsTwoEmptyParts) {
     const auto empty = NewDatabook("EMPTY.mdb");
     EXPECT_EQ(MustRun({"addendum", empty, "--format=json"}), "{\"part1\":\"\",\"part2\":\"\"}\n");

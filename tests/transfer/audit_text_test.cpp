@@ -20,6 +20,7 @@ TEST_F(AuditTextTest, TenListingsAndFiveComparablesFillOnePart) {
     const AuditText text = BuildOf(10, 5);
     EXPECT_EQ(text.part1, kHead + Listings(1, 10) + "Comparables:\r\n" + Sales(1, 5));
     EXPECT_EQ(text.part2, "");
+    EXPECT_EQ(text.leftOut, 0);
 }
 
 TEST_F(AuditTextTest, ALineHoldsTwelveFieldsEachWithItsComma) {
@@ -92,12 +93,14 @@ TEST_F(AuditTextTest, ExactlySeventyListingsDropOutOfTheText) {
     const AuditText text = BuildOf(70, 2);
     EXPECT_EQ(text.part1, "");
     EXPECT_EQ(text.part2, "Comparables:\r\n" + Sales(1, 2));
+    EXPECT_EQ(text.leftOut, 70);
 }
 
 TEST_F(AuditTextTest, SeventyOneListingsGoOnInTheSecondPart) {
     const AuditText text = BuildOf(71, 2);
     EXPECT_EQ(text.part1, kHead + Listings(1, 70));
     EXPECT_EQ(text.part2, Listing(71) + "Comparables:\r\n" + Sales(1, 2));
+    EXPECT_EQ(text.leftOut, 0);
 }
 
 TEST_F(AuditTextTest, ManyComparablesGoOnInTheSecondPartWithoutAHead) {
@@ -110,6 +113,7 @@ TEST_F(AuditTextTest, ManyComparablesGoOnInTheSecondPartWithoutAHead) {
 TEST_F(AuditTextTest, ComparablesEndWithTheSecondPart) {
     const AuditText text = BuildOf(10, 140);
     EXPECT_EQ(text.part2, Sales(60, 131));
+    EXPECT_EQ(text.leftOut, 140 - 131);
 }
 
 TEST_F(AuditTextTest, With141ListingsOnlyTheHeadOfTheComparablesFits) {
@@ -122,12 +126,14 @@ TEST_F(AuditTextTest, With142ListingsTheLast72DropOut) {
     const AuditText text = BuildOf(142, 2);
     EXPECT_EQ(text.part1, kHead + Listings(1, 70));
     EXPECT_EQ(text.part2, "Comparables:\r\n" + Sales(1, 2));
+    EXPECT_EQ(text.leftOut, 72);
 }
 
 TEST_F(AuditTextTest, MoreThan142ListingsEndTheTextAtThe142ndLine) {
     const AuditText text = BuildOf(145, 2);
     EXPECT_EQ(text.part1, kHead + Listings(1, 70));
     EXPECT_EQ(text.part2, Listings(71, 142));
+    EXPECT_EQ(text.leftOut, 3 + 2);
 }
 
 TEST_F(AuditTextTest, TheRecordsetComesBackToItsRecord) {

@@ -143,6 +143,16 @@ TEST_F(FrmText, ASecondPartGoesIntoTheContinuation) {
     EXPECT_EQ(loaded.Outcome().values, 4);
 }
 
+TEST_F(FrmText, RecordsThatTheTextHasNoRoomForAreTold) {
+    AddListings(143);
+    Select();
+    frmText& loaded = Loaded();
+    loaded.optText[0].Select();
+    loaded.cmdTransfer.Click();
+    EXPECT_EQ(StatusText(loaded.Outcome()),
+              "All 4 values arrived in the report \"Smith\". 1 record is left out of the audit text.");
+}
+
 TEST_F(FrmText, WithNoOptionSetTheFirstAddendumIsTaken) {
     AddListings(1);
     Select();

@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "desktop/binder.h"
 #include "desktop/event_watch.h"
@@ -34,6 +35,12 @@ class GridView final : public QTableView {
     int columns_ = 0;
 };
 
+/// What the first values of a column need, and no more than thirty characters.
+int WidthOfValues(const QAbstractItemView& view, int column) {
+    constexpr int kMostCharacters = 30;
+    return std::min(view.sizeHintForColumn(column), kMostCharacters * view.fontMetrics().averageCharWidth());
+}
+
 /// Widths of the columns: those of the layout, as wide as the font needs; the widest column takes what is
 /// left over.
 void ShowColumns(GridView& view, const controls::Grid& grid) {
@@ -46,7 +53,8 @@ void ShowColumns(GridView& view, const controls::Grid& grid) {
         const controls::GridColumn& shape = grid.Columns()[static_cast<std::size_t>(column)];
         // A date is seen whole, however narrow the layout had its column.
         const int date = view.fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000")) + 16;
-        const int needed = std::max(header.sectionSizeHint(column), shape.pictures ? 0 : date);
+        int needed = std::max(header.sectionSizeHint(column), shape.pictures ? 0 : date);
+        if (shape.fitsValues) needed = std::max(needed, WidthOfValues(view, column));
         const int width = std::max(static_cast<int>(PixelsOf(shape.width) * scale), needed);
         header.setSectionResizeMode(column, QHeaderView::Interactive);
         view.setColumnWidth(column, width);
@@ -76,6 +84,8 @@ void SetUp(QTableView& view) {
     view.verticalHeader()->setDefaultSectionSize(view.fontMetrics().height() + 8);
     view.horizontalHeader()->setHighlightSections(false);
     view.horizontalHeader()->setMinimumSectionSize(24);
+    constexpr int kMeasuredRows = 50;
+    view.horizontalHeader()->setResizeContentsPrecision(kMeasuredRows);
 }
 
 }  // namespace
@@ -101,13 +111,18 @@ QTableView* Binder::Bind(controls::Grid& control) {
         if (cell != view->currentIndex() || !view->selectionModel()->isSelected(cell))
             view->setCurrentIndex(cell);
     };
-    const auto show = [view, model, &control, showing, showCurrent,
-                       columns = control.Columns().size()](Property property) mutable {
+    const auto show = [view, model, &control, showing, showCurrent, columns = control.Columns().size(),
+                       hadRows = model->rowCount() > 0](Property property) mutable {
         if (property == Property::Items) {
             const Quiet quiet(*showing);
             const int top = view->verticalScrollBar()->value();
             if (model->Refresh()) view->verticalScrollBar()->setValue(top);
-            if (control.Columns().size() != std::exchange(columns, control.Columns().size()))
+            const bool hasRows = model->rowCount() > 0;
+            const bool rowsCame = hasRows && !std::exchange(hadRows, hasRows);
+            const bool otherColumns =
+                control.Columns().size() != std::exchange(columns, control.Columns().size());
+            if (otherColumns ||
+                (rowsCame && std::ranges::any_of(control.Columns(), &controls::GridColumn::fitsValues)))
                 ShowColumns(*view, control);
         }
         if (property == Property::Items || property == Property::Selection) showCurrent();

@@ -109,7 +109,7 @@ void frmCSVWizard::ShowSource() {
     std::vector<controls::GridColumn> columns;
     columns.reserve(static_cast<std::size_t>(DataGridView1.Cols()));
     for (int col = 0; col < DataGridView1.Cols(); ++col)
-        columns.push_back({.caption = FieldCaption(col)});
+        columns.push_back({.caption = FieldCaption(col), .fitsValues = true});
     gridSource.SetColumns(std::move(columns));
     gridSource.Refresh();
 }

@@ -10,7 +10,8 @@ std::vector<controls::GridColumn> LoadPreview::Columns(const std::vector<Destina
     std::vector<controls::GridColumn> columns;
     columns.push_back({.caption = "Row", .width = kWidthOfRow, .rightAligned = true});
     for (const DestinationField& field : fields)
-        columns.push_back({.caption = field.caption, .rightAligned = field.type == FieldType::Number});
+        columns.push_back(
+            {.caption = field.caption, .rightAligned = field.type == FieldType::Number, .fitsValues = true});
     columns.push_back({.caption = "Not Written Because", .width = kWidthOfReason});
     return columns;
 }

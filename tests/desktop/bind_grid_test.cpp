@@ -30,6 +30,23 @@ TEST_F(BinderTest, TheMarkOfASelectedRowIsSeenAsWellAsTheOthers) {
     }
 }
 
+TEST_F(BinderTest, AColumnThatFitsItsValuesGrowsWhenTheyCome) {
+    form.tdbgRows.SetColumns({{.caption = "No", .fitsValues = true}, {.caption = "No", .width = 2000}});
+    Show();
+    auto& view = Find<QTableView>("tdbgRows");
+    const int before = view.columnWidth(0);
+    form.rows.count = 1;
+    form.rows.text = "12345 Martin Luther King Blvd and all that follows, without an end";
+    form.tdbgRows.Refresh();
+    Settle();
+    EXPECT_GE(view.columnWidth(0),
+              view.fontMetrics().horizontalAdvance(QStringLiteral("12345 Martin Luther King")));
+    EXPECT_LT(view.columnWidth(0),
+              view.fontMetrics().horizontalAdvance(QString::fromStdString(form.rows.text)))
+        << "within reason";
+    EXPECT_GT(view.columnWidth(0), before);
+}
+
 TEST_F(BinderTest, AGridReadsTheRowsOnTheScreenAndNoOthers) {
     form.rows.count = 100000;
     Show();

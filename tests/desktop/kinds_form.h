@@ -16,11 +16,13 @@ class MadeRows final : public controls::GridRows {
   public:
     int count = 0;
     bool broken = false;
+    std::string text{};  ///< of every cell; empty: made up
     mutable long asked = 0;
     [[nodiscard]] int RowCount() const override { return count; }
     [[nodiscard]] std::optional<std::string> Value(int row, int column) const override {
         ++asked;
         if (broken) throw Fault{fault::kDeviceIo, "The disk is gone."};
+        if (!text.empty()) return text;
         if (column == 0) return row % 2 == 0 ? "1" : "0";
         return "r" + std::to_string(row) + "c" + std::to_string(column);
     }

@@ -23,6 +23,7 @@ struct GridColumn {
     bool pictures = false;
     bool rightAligned = false;
     std::vector<ValueItem> valueItems{};
+    bool fitsValues = false;  ///< as much wider as the first values need, within reason
 };
 
 /// The rows that a grid shows, read on demand: a view asks for the rows on the screen and no others.

@@ -195,6 +195,28 @@ TEST_F(Hostile, ARowPageAmongThoseWithRoomForLongValues) {
     EXPECT_TRUE(std::equal(before.begin(), before.end(), At(rows))) << "a long value lies among the rows";
 }
 
+TEST_F(Hostile, ALongValueOnAPageWhoseRowsAreOutOfOrder) {
+    Load(SmallBook(4, 400));
+    // Behind the catalog's own long values.
+    constexpr unsigned count = 4;
+    PageNumber page = LongPage();
+    while (U32(At(page, 4)) != detail::kLongValueOwner || U16(At(page, 12)) != count)
+        ASSERT_LT(++page, disk_.Content("h.mdb").size() / kPage);
+    // The row that should lie lowest lies above the first one, whose bytes are to be freed.
+    PutU16(At(page, 14 + 2 * (count - 1)), U16(At(page, 14)) + 10);
+    const std::vector<std::byte> before(At(page), At(page + 1));
+    EXPECT_EQ(FaultOf([](Table& table) {
+                  std::optional<RowId> first;
+                  table.Scan([&](const RowView& row) {
+                      first = row.Id();
+                      return false;
+                  });
+                  table.Update(first.value(), std::vector<Value>{"row 0", jet::Null{}});
+              }),
+              fault::kDamaged);
+    EXPECT_TRUE(std::equal(before.begin(), before.end(), At(page))) << "other long values were moved";
+}
+
 TEST_F(Hostile, AMemoColumnThatClaimsAFixedPlace) {
     Load(SmallBook(1, 10));
     // Behind the fixed part and the count block of the one index: the second descriptor.

@@ -146,6 +146,8 @@ void FreeLongValue(Pager& pager, PageAllocator& allocator, UsageMap owned, Usage
         const auto piece = Piece(pager, row);
         const RowPointer next{header.kind == 0 && piece.size() >= 4 ? U32(piece.data()) : 0};
         const PageNumber page = row.Page();
+        // The rows below the piece move, so that all of the page must be sound and not the piece alone.
+        CheckDataPage(pager, page);
         KillRow(pager, page, row.Row());
         if (AllDeleted(pager, page) && owned.Contains(page)) {
             free.Remove(page);

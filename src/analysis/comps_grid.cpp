@@ -65,6 +65,7 @@ std::vector<GridColumn::ValueItem> ItemsOf(Missing missing) {
 
 std::vector<GridColumn> CompsGridColumns() {
     std::vector<GridColumn> columns;
+    columns.reserve(kColumns.size());
     for (const Column& column : kColumns) {
         columns.push_back({.caption = std::string(column.caption),
                            .width = column.width,

@@ -155,7 +155,8 @@ void frmPath::ListFolders() {
         places_.push_back(std::move(to));
     };
     for (const std::string& part : PartsOf(path_)) {
-        place = common::CkRSlash(std::string_view(place)) + part;
+        place = common::CkRSlash(std::string_view(place));
+        place += part;
         step(part, place);
         ++depth;
     }

@@ -13,6 +13,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -70,17 +71,29 @@ bool MakeNonBlocking(int descriptor) {
     return flags != -1 && ::fcntl(descriptor, F_SETFL, flags | O_NONBLOCK) != -1;
 }
 
+/// An answer is looked for so long before the processor may sleep. KRN answers within this, as a rule, and
+/// the waking of idle processors takes several times as long as the answer itself, in a virtual machine above
+/// all.
+constexpr std::chrono::milliseconds kWakeful{3};
+
 /// Waits until the descriptor is ready; false when the deadline passes.
 bool WaitFor(int descriptor, short events, Deadline deadline) {
     using std::chrono::milliseconds;
+    using Clock = std::chrono::steady_clock;
+    const Deadline asleepFrom = std::min(deadline, Clock::now() + kWakeful);
     for (;;) {
-        const auto left =
-            std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now()).count();
+        const auto now = Clock::now();
+        const bool isWakeful = now < asleepFrom;
+        const auto left = isWakeful ? 0 : std::chrono::ceil<milliseconds>(deadline - now).count();
         pollfd entry{descriptor, events, 0};
         const int ready = ::poll(&entry, 1, static_cast<int>(std::clamp<std::int64_t>(left, 0, 1'000'000)));
         if (ready > 0) return true;
-        if (ready == 0 && left <= 0) return false;
         if (ready < 0 && errno != EINTR) return true;  // the call that follows reports it
+        if (isWakeful) {
+            std::this_thread::yield();
+        } else if (ready == 0 && left <= 0) {
+            return false;
+        }
     }
 }
 

@@ -10,21 +10,13 @@
 #include "databook/template.h"
 #include "platform/ado/connection.h"
 #include "platform/fault.h"
+#include "support/fault_of.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::databook {
 
-/// What a call raised: the fault's number, 0 when there was none.
-template <class Call>
-int FaultOf(const Call& call) {
-    try {
-        call();
-    } catch (const Fault& fault) {
-        return fault.number;
-    }
-    return 0;
-}
+using testing_support::FaultOf;
 
 /// A folder with a new Databook, DATA.mdb, a session and a data control over it. The clock says 6/30/2010.
 class DatabookTest : public testing::Test {

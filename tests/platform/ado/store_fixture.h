@@ -12,20 +12,12 @@
 #include "platform/fault.h"
 #include "platform/jet/database.h"
 #include "platform/shell/clock.h"
+#include "support/fault_of.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::ado {
 
-/// What a call raised: the fault's number, 0 when there was none.
-template <class Call>
-int FaultOf(const Call& call) {
-    try {
-        call();
-    } catch (const Fault& fault) {
-        return fault.number;
-    }
-    return 0;
-}
+using testing_support::FaultOf;
 
 /// The fault a call raised; fails the test when it raises none.
 template <class Call>

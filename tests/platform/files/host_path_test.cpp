@@ -3,22 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "platform/fault.h"
+#include "support/fault_of.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::files {
 namespace {
 
+using testing_support::FaultOf;
 using testing_support::TempFolder;
-
-template <class Call>
-int NumberOf(Call call) {
-    try {
-        call();
-    } catch (const Fault& fault) {
-        return fault.number;
-    }
-    return 0;
-}
 
 TEST(FileExists, CountsAnEmptyFileAsAbsent) {
     const TempFolder folder;
@@ -37,7 +29,7 @@ TEST(FileExists, IsFalseForNoSuchFileOrFolderAndForADirectory) {
 
 TEST(FileExists, FaultsOnOtherTroubles) {
     const TempFolder folder;
-    EXPECT_EQ(NumberOf([&] { static_cast<void>(FileExists(folder / std::string(300, 'n'))); }),
+    EXPECT_EQ(FaultOf([&] { static_cast<void>(FileExists(folder / std::string(300, 'n'))); }),
               fault::kPathAccess);
 }
 
@@ -52,8 +44,8 @@ TEST(MakeHostDirectory, MakesOneAndOnlyOne) {
     const TempFolder folder;
     MakeHostDirectory(folder / "new");
     EXPECT_TRUE(std::filesystem::is_directory(folder / "new"));
-    EXPECT_EQ(NumberOf([&] { MakeHostDirectory(folder / "new"); }), fault::kPathAccess);
-    EXPECT_EQ(NumberOf([&] { MakeHostDirectory(folder / "none/new"); }), fault::kPathNotFound);
+    EXPECT_EQ(FaultOf([&] { MakeHostDirectory(folder / "new"); }), fault::kPathAccess);
+    EXPECT_EQ(FaultOf([&] { MakeHostDirectory(folder / "none/new"); }), fault::kPathNotFound);
 }
 
 }  // namespace

@@ -3,24 +3,16 @@
 #include <gtest/gtest.h>
 
 #include "platform/fault.h"
+#include "support/fault_of.h"
 #include "support/faulty_disk.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::files {
 namespace {
 
+using testing_support::FaultOf;
 using testing_support::FaultyDisk;
 using testing_support::TempFolder;
-
-template <class Call>
-int NumberOf(Call call) {
-    try {
-        call();
-    } catch (const Fault& fault) {
-        return fault.number;
-    }
-    return 0;
-}
 
 long CountEntries(const TempFolder& folder) {
     return std::distance(std::filesystem::directory_iterator(folder.Path()),
@@ -102,13 +94,13 @@ TEST(WholeFile, CopiesPieceByPiece) {
 TEST(WholeFile, FaultsAreTheDisks) {
     const TempFolder folder;
     folder.Write("file", "x");
-    EXPECT_EQ(NumberOf([&] { static_cast<void>(ReadWholeFile(folder / "none")); }), fault::kFileNotFound);
-    EXPECT_EQ(NumberOf([&] { static_cast<void>(ReadWholeFile(folder.Path())); }), fault::kPathAccess);
-    EXPECT_EQ(NumberOf([&] { WriteWholeFile(folder / "none/a", "x"); }), fault::kPathNotFound);
-    EXPECT_EQ(NumberOf([&] { WriteWholeFile(folder / "file/a", "x"); }), fault::kPathNotFound);
+    EXPECT_EQ(FaultOf([&] { static_cast<void>(ReadWholeFile(folder / "none")); }), fault::kFileNotFound);
+    EXPECT_EQ(FaultOf([&] { static_cast<void>(ReadWholeFile(folder.Path())); }), fault::kPathAccess);
+    EXPECT_EQ(FaultOf([&] { WriteWholeFile(folder / "none/a", "x"); }), fault::kPathNotFound);
+    EXPECT_EQ(FaultOf([&] { WriteWholeFile(folder / "file/a", "x"); }), fault::kPathNotFound);
     std::filesystem::create_directory(folder / "directory");
-    EXPECT_EQ(NumberOf([&] { WriteWholeFile(folder / "directory", "x"); }), fault::kPathAccess);
-    EXPECT_EQ(NumberOf([&] { CopyWholeFile(folder / "none", folder / "file"); }), fault::kFileNotFound);
+    EXPECT_EQ(FaultOf([&] { WriteWholeFile(folder / "directory", "x"); }), fault::kPathAccess);
+    EXPECT_EQ(FaultOf([&] { CopyWholeFile(folder / "none", folder / "file"); }), fault::kFileNotFound);
     EXPECT_EQ(folder.Read("file"), "x");
     EXPECT_EQ(CountEntries(folder), 2);  // no new file left behind
 }

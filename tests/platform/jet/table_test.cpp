@@ -6,6 +6,7 @@
 #include "platform/fault.h"
 #include "platform/jet/database.h"
 #include "sample_table.h"
+#include "support/fault_of.h"
 #include "support/temp_folder.h"
 
 namespace zenvora::jet {
@@ -14,6 +15,7 @@ namespace {
 using testing_support::kNow;
 using testing_support::MemoryDisk;
 using testing_support::SampleTable;
+using zenvora::testing_support::FaultOf;
 
 Numeric Cents(std::uint64_t cents, bool negative) {
     Numeric value;
@@ -44,15 +46,6 @@ std::vector<Value> FullRow(const std::string& street) {
             std::string("Troy"),
             std::string("3"),
             std::string("12")};
-}
-
-int FaultOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const Fault& fault) {
-        return fault.number;
-    }
-    return 0;
 }
 
 class TableTest : public testing::Test {

@@ -118,7 +118,7 @@ QTableView* Binder::Bind(controls::Grid& control) {
             const int top = view->verticalScrollBar()->value();
             if (model->Refresh()) view->verticalScrollBar()->setValue(top);
             const bool hasRows = model->rowCount() > 0;
-            const bool rowsCame = hasRows && !std::exchange(hadRows, hasRows);
+            const bool rowsCame = !std::exchange(hadRows, hasRows) && hasRows;
             const bool otherColumns =
                 control.Columns().size() != std::exchange(columns, control.Columns().size());
             if (otherColumns ||

@@ -45,6 +45,14 @@ TEST_F(BinderTest, AColumnThatFitsItsValuesGrowsWhenTheyCome) {
               view.fontMetrics().horizontalAdvance(QString::fromStdString(form.rows.text)))
         << "within reason";
     EXPECT_GT(view.columnWidth(0), before);
+
+    // Others come in the place of none: they are measured anew.
+    form.rows.count = 0;
+    form.tdbgRows.Refresh();
+    form.rows.count = 1;
+    form.rows.text = "1 Elm St";
+    form.tdbgRows.Refresh();
+    EXPECT_EQ(view.columnWidth(0), before);
 }
 
 TEST_F(BinderTest, AGridReadsTheRowsOnTheScreenAndNoOthers) {

@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <gtest/gtest.h>
-#include <stdexcept>
 #include <string>
 
 #include "desktop/kinds_form.h"
@@ -36,9 +35,7 @@ struct BinderTest : testing::Test {
     }
     template <class Widget>
     Widget& Find(const char* name) {
-        auto* const widget = window->findChild<Widget*>(QString::fromLatin1(name));
-        if (widget == nullptr) throw std::runtime_error(std::string("no widget ") + name);
-        return *widget;
+        return testing_support::WidgetNamed<Widget>(*window, name);
     }
 
     QtDesktop screen;

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 #include "databook/selection.h"
@@ -62,9 +61,7 @@ struct ProgramOnScreen : testing::Test {
     }
     template <class Widget>
     Widget& Find(const char* name) {
-        auto* const widget = window->findChild<Widget*>(QString::fromLatin1(name));
-        if (widget == nullptr) throw std::runtime_error(std::string("no widget ") + name);
-        return *widget;
+        return testing_support::WidgetNamed<Widget>(*window, name);
     }
     void TypeDate(const QString& date) {
         auto& box = Find<QLineEdit>("txtBaseDate");

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,14 @@ inline void Settle() {
 /// Does something once the program waits in a loop of its own: in a modal dialog, say.
 inline void Soon(std::function<void()> user) {
     QTimer::singleShot(0, QCoreApplication::instance(), std::move(user));
+}
+
+/// The widget of a control; throws when there is none.
+template <class Widget>
+Widget& WidgetNamed(const QWidget& window, const char* name) {
+    auto* const widget = window.findChild<Widget*>(QString::fromLatin1(name));
+    if (widget == nullptr) throw std::runtime_error(std::string("no widget ") + name);
+    return *widget;
 }
 
 /// Counts the paint events of a widget.
